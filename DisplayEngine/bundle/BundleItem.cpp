@@ -1,0 +1,61 @@
+#include "bundle/BundleItem.h"
+
+#include "bundle/ManifestFields.h"
+
+namespace sorvane {
+
+const BundleAsset *BundleItem::asset(const QString &tier) const
+{
+    for (const auto &[name, asset] : assets) {
+        if (name == tier)
+            return &asset;
+    }
+    return nullptr;
+}
+
+BundleItem BundleItem::fromJson(const QJsonObject &o)
+{
+    using namespace ManifestFields;
+    BundleItem item;
+    item.id = string(o.value(QLatin1StringView("id")));
+    item.mediaType = string(o.value(QLatin1StringView("media_type")));
+    item.sourceName = string(o.value(QLatin1StringView("source_name")));
+    item.sourceBytes = integer(o.value(QLatin1StringView("source_bytes")));
+    item.sourceCreatedUtc = string(o.value(QLatin1StringView("source_created_utc")));
+    item.sourceModifiedUtc = string(o.value(QLatin1StringView("source_modified_utc")));
+    item.capturedUtc = string(o.value(QLatin1StringView("captured_utc")));
+    item.animated = boolean(o.value(QLatin1StringView("animated")));
+    if (const auto assets = object(o.value(QLatin1StringView("assets")))) {
+        item.assets.reserve(assets->size());
+        for (auto it = assets->constBegin(); it != assets->constEnd(); ++it) {
+            // A tier whose value is not an object has no usable member: it reads as an empty asset.
+            item.assets.emplace_back(it.key(), BundleAsset::fromJson(it.value().toObject()));
+        }
+    }
+    item.unknownMemberCount = countUnknown(
+        o, {QLatin1StringView("id"), QLatin1StringView("media_type"), QLatin1StringView("source_name"),
+            QLatin1StringView("source_bytes"), QLatin1StringView("source_created_utc"),
+            QLatin1StringView("source_modified_utc"), QLatin1StringView("captured_utc"),
+            QLatin1StringView("animated"), QLatin1StringView("assets")});
+    return item;
+}
+
+BundleJSON BundleItem::toJson() const
+{
+    BundleJSON j = BundleJSON::object();
+    j.insert(QStringLiteral("id"), id);
+    j.insert(QStringLiteral("media_type"), mediaType);
+    j.insert(QStringLiteral("source_name"), sourceName);
+    j.insert(QStringLiteral("source_bytes"), sourceBytes);
+    j.insert(QStringLiteral("source_created_utc"), sourceCreatedUtc);
+    j.insert(QStringLiteral("source_modified_utc"), sourceModifiedUtc);
+    j.insert(QStringLiteral("captured_utc"), capturedUtc);
+    j.insert(QStringLiteral("animated"), animated);
+    BundleJSON assetsJson = BundleJSON::object();
+    for (const auto &[tier, asset] : assets)
+        assetsJson.insert(tier, asset.toJson());
+    j.insert(QStringLiteral("assets"), assetsJson);
+    return j;
+}
+
+} // namespace sorvane

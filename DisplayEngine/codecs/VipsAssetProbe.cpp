@@ -1,0 +1,81 @@
+#include "codecs/VipsAssetProbe.h"
+
+#include "EngineLog.h"
+#include "codecs/VipsRuntime.h"
+
+#include <QFileInfo>
+
+#include <vips/vips.h>
+
+namespace sorvane {
+
+namespace {
+
+struct ImageRef
+{
+    VipsImage *image = nullptr;
+    ~ImageRef()
+    {
+        if (image)
+            g_object_unref(image);
+    }
+};
+
+// Makes a 64-pixel thumbnail and forces every pixel of it to be computed.
+bool decodesAsThumbnail(const QByteArray &path, VipsFailOn failOn)
+{
+    ImageRef thumb;
+    if (vips_thumbnail(path.constData(), &thumb.image, 64, "fail_on", failOn, nullptr) != 0)
+        return false;
+    if (thumb.image->Xsize < 1 || thumb.image->Ysize < 1)
+        return false;
+    size_t size = 0;
+    void *pixels = vips_image_write_to_memory(thumb.image, &size);
+    if (!pixels)
+        return false;
+    g_free(pixels);
+    return true;
+}
+
+} // namespace
+
+std::optional<BundleProbeResult> VipsAssetProbe::probe(const QString &filePath) const
+{
+    const QByteArray path = QFile::encodeName(filePath);
+    const QByteArray name = filePath.toUtf8();
+    if (!VipsRuntime::ensureStarted() || !vips_foreign_find_load(path.constData())) {
+        VipsRuntime::takeError();
+        qCInfo(lcEngine, "Decode probe: %s is not an image at all", name.constData());
+        return std::nullopt;
+    }
+
+    ImageRef header;
+    header.image = vips_image_new_from_file(path.constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
+    if (!header.image || header.image->Xsize < 1 || header.image->Ysize < 1) {
+        VipsRuntime::takeError();
+        qCInfo(lcEngine, "Decode probe: %s is incomplete", name.constData());
+        return std::nullopt;
+    }
+    BundleProbeResult result;
+    result.width = header.image->Xsize;
+    result.height = header.image->Ysize;
+    result.bytes = QFileInfo(filePath).size();
+    if (result.width * result.height > maxPixels) {
+        qCInfo(lcEngine, "Decode probe: %s would not decode", name.constData());
+        return std::nullopt;
+    }
+
+    if (decodesAsThumbnail(path, VIPS_FAIL_ON_TRUNCATED))
+        return result;
+    VipsRuntime::takeError();
+    // It failed strictly; if it decodes leniently, the data simply stops early.
+    const bool partial = decodesAsThumbnail(path, VIPS_FAIL_ON_NONE);
+    VipsRuntime::takeError();
+    if (partial)
+        qCInfo(lcEngine, "Decode probe: %s is incomplete", name.constData());
+    else
+        qCInfo(lcEngine, "Decode probe: %s would not decode", name.constData());
+    return std::nullopt;
+}
+
+} // namespace sorvane

@@ -1,0 +1,32 @@
+#include "codecs/VipsRuntime.h"
+
+#include <vips/vips.h>
+
+#include <mutex>
+
+namespace sorvane {
+
+bool VipsRuntime::ensureStarted()
+{
+    static std::once_flag once;
+    static bool started = false;
+    std::call_once(once, [] {
+        started = VIPS_INIT("sorvane") == 0;
+        if (started) {
+            // Probing thousands of files must not keep them all cached and open.
+            vips_cache_set_max(0);
+            vips_leak_set(FALSE);
+        }
+    });
+    return started;
+}
+
+const char *VipsRuntime::takeError()
+{
+    thread_local static std::string last;
+    last = vips_error_buffer();
+    vips_error_clear();
+    return last.c_str();
+}
+
+} // namespace sorvane
