@@ -1,0 +1,8 @@
+#pragma once
+
+namespace sorvane {
+
+// Background colour a bundle asks for behind its slides.
+enum class BundleBackground { black, darkGray };
+
+} // namespace sorvane

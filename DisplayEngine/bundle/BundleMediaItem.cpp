@@ -1,0 +1,50 @@
+#include "bundle/BundleMediaItem.h"
+
+#include "bundle/BundleFormat.h"
+
+namespace sorvane {
+
+QString BundleMediaItem::displayTier() const
+{
+    if (mediaType == MediaType::video && resolved.count(BundleFormat::tierVideo))
+        return BundleFormat::tierVideo;
+    if (animationAllowed && raw.animated.value_or(false))
+        return BundleFormat::tierAnimated;
+    return BundleFormat::tierFull;
+}
+
+QStringList BundleMediaItem::ladder(const QString &preferring)
+{
+    using namespace BundleFormat;
+    if (preferring == tierTile)
+        return {tierTile, tierFull, tierAnimated, tierOriginal};
+    // A video falls back to its poster stills; an animation to its still copies.
+    if (preferring == tierVideo)
+        return {tierVideo, tierFull, tierTile, tierOriginal};
+    if (preferring == tierAnimated)
+        return {tierAnimated, tierFull, tierTile, tierOriginal};
+    return {tierFull, tierTile, tierAnimated, tierOriginal};
+}
+
+const BundleResolvedAsset *BundleMediaItem::resolvedAsset(const QString &preferring) const
+{
+    for (const QString &tier : ladder(preferring)) {
+        if (tier == BundleFormat::tierAnimated && !animationAllowed)
+            continue;
+        if (undecodable.contains(tier))
+            continue;
+        const auto found = resolved.find(tier);
+        if (found != resolved.end())
+            return &found->second;
+    }
+    return nullptr;
+}
+
+std::optional<QUrl> BundleMediaItem::url(const QString &preferring) const
+{
+    if (const BundleResolvedAsset *asset = resolvedAsset(preferring))
+        return asset->url();
+    return std::nullopt;
+}
+
+} // namespace sorvane

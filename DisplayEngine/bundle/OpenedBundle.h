@@ -1,0 +1,50 @@
+#pragma once
+
+#include "bundle/BundleDisplayPreferences.h"
+#include "bundle/BundleIntegrity.h"
+#include "bundle/BundleManifest.h"
+#include "bundle/BundleMediaItem.h"
+#include "bundle/BundleOpenOptions.h"
+#include "bundle/BundlePlaybackPreferences.h"
+#include "bundle/BundleReport.h"
+#include "bundle/OpenedBundleBranding.h"
+#include "bundle/Pcg32.h"
+
+#include <memory>
+#include <vector>
+
+namespace sorvane {
+
+// A bundle that opened. Owned by whoever plays it; reports and the integrity
+// record keep growing as files fail on screen. Main thread only.
+class OpenedBundle
+{
+public:
+    BundleOpenOptions options;
+    std::vector<BundleReport> mutableReports;
+    QString rootPath;
+    BundleManifest manifest;
+    BundlePlaybackPreferences playback;
+    BundleDisplayPreferences display;
+    std::optional<OpenedBundleBranding> branding;
+    std::vector<std::shared_ptr<BundleMediaItem>> items;
+    std::shared_ptr<BundleIntegrity> integrity;
+
+    QUrl rootURL() const { return QUrl::fromLocalFile(rootPath); }
+    const std::vector<BundleReport> &reports() const { return mutableReports; }
+
+    BundleMediaItem *item(const QString &itemId) const;
+
+    // A file that passed the open failed to decode on screen: files the report,
+    // retires the tier and returns the next usable file, if any.
+    std::optional<QUrl> markUndecodable(const QString &itemId, const QString &tier);
+
+    // Positions into `items` in play order, computed from the manifest's sort and
+    // seed; files the fallback report when a timestamp order cannot be honoured.
+    std::vector<qsizetype> playOrder();
+
+    // The seeded generator for this bundle's reproducible draws.
+    Pcg32 generator() const;
+};
+
+} // namespace sorvane

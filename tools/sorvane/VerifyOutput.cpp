@@ -1,0 +1,195 @@
+#include "VerifyOutput.h"
+
+#include "TextFormat.h"
+
+#include "bundle/BundleSort.h"
+
+namespace sorvane::cli {
+
+QString toString(BundleVerification level)
+{
+    switch (level) {
+    case BundleVerification::sizeAndCount: return QStringLiteral("size");
+    case BundleVerification::decode: return QStringLiteral("decode");
+    case BundleVerification::full: return QStringLiteral("full");
+    }
+    return {};
+}
+
+namespace {
+
+BundleJSON errorJson(const BundleError &error)
+{
+    BundleJSON j = BundleJSON::object();
+    j.insert(QStringLiteral("code"), toString(error.code));
+    j.insert(QStringLiteral("message"), error.message);
+    j.insert(QStringLiteral("path"), error.path);
+    j.insert(QStringLiteral("jsonPath"), error.jsonPath);
+    j.insert(QStringLiteral("cause"), error.cause);
+    j.insert(QStringLiteral("requiredReaderVersion"), error.requiredReaderVersion);
+    j.insert(QStringLiteral("supportedReaderVersion"), error.supportedReaderVersion);
+    return j;
+}
+
+BundleJSON reportJson(const BundleReport &report)
+{
+    BundleJSON j = BundleJSON::object();
+    j.insert(QStringLiteral("code"), toString(report.code));
+    j.insert(QStringLiteral("message"), report.message);
+    j.insert(QStringLiteral("itemId"), report.itemId);
+    j.insert(QStringLiteral("assetPath"), report.assetPath);
+    j.insert(QStringLiteral("fieldPath"), report.fieldPath);
+    j.insert(QStringLiteral("unrecognizedValue"), report.unrecognizedValue);
+    j.insert(QStringLiteral("defaultUsed"), report.defaultUsed);
+    return j;
+}
+
+BundleJSON integrityJson(const BundleIntegrity &integrity)
+{
+    BundleJSON j = BundleJSON::object();
+    j.insert(QStringLiteral("manifestItemCount"), integrity.manifestItemCount);
+    j.insert(QStringLiteral("playableItemCount"), integrity.playableItemCount);
+    j.insert(QStringLiteral("expectedAssetBytes"), integrity.expectedAssetBytes);
+    j.insert(QStringLiteral("resolvedAssetBytes"), integrity.resolvedAssetBytes);
+    j.insert(QStringLiteral("expectedOriginalCount"), integrity.expectedOriginalCount);
+    j.insert(QStringLiteral("resolvedOriginalCount"), integrity.resolvedOriginalCount);
+    j.insert(QStringLiteral("unsupportedMediaCount"), integrity.unsupportedMediaCount);
+    BundleJSON missing = BundleJSON::array();
+    for (const BundleMissingItem &item : integrity.missingItems) {
+        missing.append(BundleJSON::object({{QStringLiteral("itemId"), item.itemId},
+                                           {QStringLiteral("reason"), toString(item.reason)},
+                                           {QStringLiteral("detail"), item.detail}}));
+    }
+    j.insert(QStringLiteral("missingItems"), missing);
+    return j;
+}
+
+BundleJSON itemJson(const BundleMediaItem &item)
+{
+    BundleJSON tiers = BundleJSON::object();
+    for (const auto &[tier, resolved] : item.resolved) {
+        BundleJSON t = BundleJSON::object();
+        t.insert(QStringLiteral("path"), resolved.asset.path);
+        t.insert(QStringLiteral("file"), resolved.absolutePath);
+        t.insert(QStringLiteral("bytes"), resolved.asset.bytes);
+        t.insert(QStringLiteral("w"), resolved.asset.w);
+        t.insert(QStringLiteral("h"), resolved.asset.h);
+        tiers.insert(tier, t);
+    }
+    return BundleJSON::object({{QStringLiteral("id"), item.id},
+                               {QStringLiteral("mediaType"), toRaw(item.mediaType)},
+                               {QStringLiteral("manifestIndex"), qint64(item.manifestIndex)},
+                               {QStringLiteral("tiers"), tiers}});
+}
+
+qint64 verifiedFileCount(const OpenedBundle &bundle)
+{
+    qint64 count = 0;
+    for (const auto &item : bundle.items)
+        count += qint64(item->resolved.size()) - qint64(item->resolved.count(QStringLiteral("original")));
+    return count;
+}
+
+} // namespace
+
+BundleJSON VerifyOutput::json() const
+{
+    BundleJSON j = BundleJSON::object();
+    j.insert(QStringLiteral("path"), argument);
+    j.insert(QStringLiteral("level"), toString(level));
+    j.insert(QStringLiteral("opened"), result.ok());
+    if (result.error)
+        j.insert(QStringLiteral("error"), errorJson(*result.error));
+    if (result.bundle) {
+        j.insert(QStringLiteral("root"), result.bundle->rootPath);
+        j.insert(QStringLiteral("bundleId"), result.bundle->manifest.bundleId);
+        j.insert(QStringLiteral("title"), result.bundle->manifest.title);
+    }
+    BundleJSON reports = BundleJSON::array();
+    for (const BundleReport &report : result.reports())
+        reports.append(reportJson(report));
+    j.insert(QStringLiteral("reports"), reports);
+    j.insert(QStringLiteral("integrity"), integrityJson(*result.integrity));
+    BundleJSON items = BundleJSON::array();
+    BundleJSON order = BundleJSON::array();
+    if (result.bundle) {
+        for (const auto &item : result.bundle->items)
+            items.append(itemJson(*item));
+        for (const qsizetype position : playOrder)
+            order.append(result.bundle->items[size_t(position)]->id);
+    }
+    j.insert(QStringLiteral("items"), items);
+    j.insert(QStringLiteral("playOrder"), order);
+    return j;
+}
+
+QString VerifyOutput::text() const
+{
+    QString s;
+    QTextStream out(&s);
+    const BundleIntegrity &integrity = *result.integrity;
+    if (!result.ok()) {
+        const BundleError &error = *result.error;
+        out << "sorvane verify: the bundle could not be opened.\n"
+            << "  " << toString(error.code) << ": " << error.message << "\n";
+        if (error.path)
+            out << "  path: " << *error.path << "\n";
+        if (error.jsonPath)
+            out << "  in the manifest at: " << *error.jsonPath << "\n";
+        if (!integrity.missingItems.empty())
+            out << "  " << integrity.missingItems.size() << " item(s) had no usable file.\n";
+        if (!result.standaloneReports.empty()) {
+            out << "Reports before the failure (" << result.standaloneReports.size() << "):\n";
+            for (const BundleReport &report : result.standaloneReports)
+                out << "  " << toString(report.code) << ": " << report.message << "\n";
+        }
+        return s;
+    }
+
+    const OpenedBundle &bundle = *result.bundle;
+    out << "Bundle     " << bundle.rootPath << "\n";
+    if (bundle.manifest.title)
+        out << "Title      " << *bundle.manifest.title << "\n";
+    out << "Items      " << integrity.manifestItemCount << " in the manifest, " << integrity.playableItemCount
+        << " playable";
+    if (!integrity.missingItems.empty())
+        out << ", " << integrity.missingItems.size() << " without a usable file";
+    if (integrity.unsupportedMediaCount > 0)
+        out << ", " << integrity.unsupportedMediaCount << " of an unsupported type";
+    out << "\n";
+    out << "Files      " << verifiedFileCount(bundle) << " verified at level " << toString(level) << ", "
+        << formatBytes(integrity.resolvedAssetBytes) << " of " << formatBytes(integrity.expectedAssetBytes)
+        << " expected\n";
+    if (integrity.expectedOriginalCount > 0) {
+        out << "Originals  " << integrity.resolvedOriginalCount << " of " << integrity.expectedOriginalCount
+            << " present\n";
+    }
+
+    const auto &reports = bundle.reports();
+    if (reports.empty()) {
+        out << "Reports    none\n";
+    } else {
+        out << "Reports    " << reports.size() << "\n";
+        for (const BundleReport &report : reports)
+            out << "  " << toString(report.code) << ": " << report.message << "\n";
+    }
+
+    out << "Play order " << toWire(bundle.playback.sort);
+    if (bundle.playback.sort == BundleSort::random)
+        out << ", seed " << bundle.playback.shuffleSeed.value_or(0);
+    out << "\n";
+    const qsizetype shown = std::min<qsizetype>(shownOrderEntries, qsizetype(playOrder.size()));
+    for (qsizetype i = 0; i < shown; ++i) {
+        const BundleMediaItem &item = *bundle.items[size_t(playOrder[size_t(i)])];
+        const BundleResolvedAsset *asset = item.resolvedAsset(item.displayTier());
+        out << QStringLiteral("  %1. ").arg(i + 1, 3) << item.id << "  " << toRaw(item.mediaType);
+        if (asset)
+            out << "  " << asset->asset.path.value_or(QString());
+        out << "\n";
+    }
+    if (qsizetype(playOrder.size()) > shown)
+        out << "  ... and " << (qsizetype(playOrder.size()) - shown) << " more\n";
+    return s;
+}
+
+} // namespace sorvane::cli

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "bundle/BundleJSON.h"
+#include "bundle/BundleOpenOptions.h"
+#include "bundle/BundleOpenResult.h"
+
+#include <QString>
+#include <vector>
+
+namespace sorvane::cli {
+
+// What `sorvane verify` prints about one open, for a person or as JSON.
+struct VerifyOutput
+{
+    QString argument;
+    BundleVerification level;
+    const BundleOpenResult &result;
+    std::vector<qsizetype> playOrder;
+
+    // How many play-order entries the text lists before summarising the rest.
+    static constexpr qsizetype shownOrderEntries = 10;
+
+    QString text() const;
+    BundleJSON json() const;
+};
+
+QString toString(BundleVerification level);
+
+} // namespace sorvane::cli
