@@ -1,0 +1,198 @@
+#include "support/BundleFixture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace sorvane {
+namespace {
+
+using test::BundleFixture;
+
+struct Outcome
+{
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+Outcome run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    EXPECT_TRUE(process.waitForFinished(120000)) << qPrintable(program);
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+Outcome sorvane(const QStringList &arguments)
+{
+    return run(QStringLiteral(SORVANE_BIN), arguments);
+}
+
+QJsonObject parseJson(const QString &text)
+{
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8(), &error);
+    EXPECT_EQ(error.error, QJsonParseError::NoError) << qPrintable(text);
+    return document.object();
+}
+
+// A real bundle of decodable JPEGs with every size and hash recorded.
+class SampleBundle : public testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        dir = new QTemporaryDir;
+        const Outcome made = run(QStringLiteral(SAMPLE_BUNDLE_BIN), {dir->filePath("sample")});
+        ASSERT_EQ(made.status, 0) << qPrintable(made.err);
+    }
+    static void TearDownTestSuite() { delete dir; }
+    static QString root() { return dir->filePath("sample"); }
+    static inline QTemporaryDir *dir = nullptr;
+};
+
+TEST_F(SampleBundle, VerifiesCleanlyAtEveryLevel)
+{
+    for (const char *level : {"size", "decode", "full"}) {
+        const Outcome result = sorvane({"verify", "--level", level, "--json", root()});
+        ASSERT_EQ(result.status, 0) << level << qPrintable(result.err);
+        const QJsonObject json = parseJson(result.out);
+        EXPECT_TRUE(json["opened"].toBool());
+        EXPECT_EQ(json["level"].toString(), level);
+        EXPECT_TRUE(json["reports"].toArray().isEmpty()) << level << qPrintable(result.out);
+        const QJsonObject integrity = json["integrity"].toObject();
+        EXPECT_EQ(integrity["manifestItemCount"].toInteger(), 12);
+        EXPECT_EQ(integrity["playableItemCount"].toInteger(), 12);
+        EXPECT_EQ(integrity["expectedAssetBytes"].toInteger(), integrity["resolvedAssetBytes"].toInteger());
+        EXPECT_EQ(json["items"].toArray().size(), 12);
+        EXPECT_EQ(json["playOrder"].toArray().size(), 12);
+    }
+}
+
+TEST_F(SampleBundle, DecodeLevelCatchesAPhotoThatIsNotOne)
+{
+    QTemporaryDir copy;
+    const QString target = copy.filePath("b");
+    ASSERT_EQ(run("cp", {"-r", root(), target}).status, 0);
+    // Same size, wrong content: only decoding can tell.
+    const QString victim = QDir(target + "/media/full").entryInfoList({"*.jpg"}).first().absoluteFilePath();
+    QFile file(victim);
+    const qint64 size = file.size();
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(size, 'x'));
+    file.close();
+
+    const QJsonObject sized = parseJson(sorvane({"verify", "--json", target}).out);
+    EXPECT_TRUE(sized["reports"].toArray().isEmpty());
+    const Outcome decoded = sorvane({"verify", "--level", "decode", "--json", target});
+    EXPECT_EQ(decoded.status, 0);
+    const QJsonArray reports = parseJson(decoded.out)["reports"].toArray();
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_EQ(reports[0].toObject()["code"].toString(), "itemAssetUndecodable");
+    EXPECT_TRUE(reports[0].toObject()["message"].toString().endsWith(
+        "full \u2014 file is present and exactly the right size but does not decode."));
+    // The item still plays from its tile.
+    EXPECT_EQ(parseJson(decoded.out)["integrity"].toObject()["playableItemCount"].toInteger(), 12);
+}
+
+TEST(VerifyCommand, JsonCarriesTheErrorAndExitsOne)
+{
+    BundleFixture fixture;
+    fixture.manifest.minReaderVersion = 4;
+    fixture.writeManifest();
+    const Outcome result = sorvane({"verify", "--json", fixture.manifestPath()});
+    EXPECT_EQ(result.status, 1);
+    const QJsonObject json = parseJson(result.out);
+    EXPECT_FALSE(json["opened"].toBool());
+    const QJsonObject error = json["error"].toObject();
+    EXPECT_EQ(error["code"].toString(), "unsupportedFutureVersion");
+    EXPECT_EQ(error["message"].toString(), "Bundle requires reader version 4; this reader is version 1.");
+    EXPECT_EQ(error["jsonPath"].toString(), "$.min_reader_version");
+    EXPECT_EQ(error["requiredReaderVersion"].toInteger(), 4);
+    EXPECT_EQ(error["supportedReaderVersion"].toInteger(), 1);
+    EXPECT_TRUE(json["playOrder"].toArray().isEmpty());
+}
+
+TEST(VerifyCommand, JsonListsReportsMissingItemsTiersAndPlayOrder)
+{
+    BundleFixture fixture;
+    fixture.addItem("a", {{"tile", 10}, {"full", 20}});
+    fixture.addItem("b", {{"full", 20}});
+    fixture.addItem("c", {{"full", 20}});
+    QFile::remove(fixture.path("media/full/b.bin"));
+    fixture.manifest.playback = BundlePlaybackJSON{};
+    fixture.manifest.playback->sort = "sequential";
+    fixture.manifest.playback->background = "plaid";
+    fixture.writeManifest();
+
+    const Outcome result = sorvane({"verify", "--json", fixture.root()});
+    ASSERT_EQ(result.status, 0) << qPrintable(result.err);
+    const QJsonObject json = parseJson(result.out);
+    const QJsonArray reports = json["reports"].toArray();
+    ASSERT_EQ(reports.size(), 2);
+    const QJsonObject enumReport = reports[0].toObject();
+    EXPECT_EQ(enumReport["fieldPath"].toString(), "playback.background");
+    EXPECT_EQ(enumReport["unrecognizedValue"].toString(), "plaid");
+    EXPECT_EQ(enumReport["defaultUsed"].toString(), "black");
+    EXPECT_EQ(reports[1].toObject()["assetPath"].toString(), "media/full/b.bin");
+    EXPECT_EQ(reports[1].toObject()["itemId"].toString(), "b");
+
+    const QJsonArray missing = json["integrity"].toObject()["missingItems"].toArray();
+    ASSERT_EQ(missing.size(), 1);
+    EXPECT_EQ(missing[0].toObject()["reason"].toString(), "itemAssetMissing");
+
+    const QJsonArray items = json["items"].toArray();
+    ASSERT_EQ(items.size(), 2);
+    const QJsonObject tiers = items[0].toObject()["tiers"].toObject();
+    EXPECT_EQ(tiers.keys(), (QStringList{"full", "tile"}));
+    EXPECT_EQ(tiers["tile"].toObject()["bytes"].toInteger(), 10);
+    EXPECT_EQ(items[1].toObject()["mediaType"].toString(), "image");
+    EXPECT_EQ(json["playOrder"].toArray(), (QJsonArray{"a", "c"}));
+}
+
+TEST(VerifyCommand, TextNamesTheErrorOnStandardError)
+{
+    QTemporaryDir empty;
+    const Outcome result = sorvane({"verify", empty.path()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.out.isEmpty());
+    EXPECT_TRUE(result.err.contains("notABundle: No bundle.json at this path.")) << qPrintable(result.err);
+    EXPECT_TRUE(result.err.contains(empty.path()));
+}
+
+TEST(VerifyCommand, UsageErrorsExitTwoAndHelpExitsZero)
+{
+    struct Case
+    {
+        QStringList arguments;
+        int status;
+        const char *needle;
+    };
+    const Case cases[] = {
+        {{}, 2, "Usage: sorvane <command>"},
+        {{"frobnicate"}, 2, "unknown command 'frobnicate'"},
+        {{"verify"}, 2, "no bundle given"},
+        {{"verify", "a", "b"}, 2, "one bundle at a time"},
+        {{"verify", "--level", "deep", "x"}, 2, "unknown level 'deep'"},
+        {{"verify", "--colour", "x"}, 2, "Unknown option 'colour'"},
+        {{"--help"}, 0, "verify"},
+        {{"verify", "--help"}, 0, "Exit status:"},
+    };
+    for (const Case &c : cases) {
+        const Outcome result = sorvane(c.arguments);
+        EXPECT_EQ(result.status, c.status) << qPrintable(c.arguments.join(' '));
+        EXPECT_TRUE((result.out + result.err).contains(c.needle))
+            << qPrintable(c.arguments.join(' ')) << "\n" << qPrintable(result.out + result.err);
+    }
+}
+
+} // namespace
+} // namespace sorvane
