@@ -2,6 +2,8 @@
 
 #include "bundle/ManifestFields.h"
 
+#include <algorithm>
+
 namespace sorvane {
 
 const BundleAsset *BundleItem::asset(const QString &tier) const
@@ -11,6 +13,15 @@ const BundleAsset *BundleItem::asset(const QString &tier) const
             return &asset;
     }
     return nullptr;
+}
+
+bool BundleItem::operator==(const BundleItem &other) const
+{
+    return id == other.id && mediaType == other.mediaType && sourceName == other.sourceName
+        && sourceBytes == other.sourceBytes && sourceCreatedUtc == other.sourceCreatedUtc
+        && sourceModifiedUtc == other.sourceModifiedUtc && capturedUtc == other.capturedUtc
+        && animated == other.animated && unknownMemberCount == other.unknownMemberCount
+        && std::is_permutation(assets.begin(), assets.end(), other.assets.begin(), other.assets.end());
 }
 
 BundleItem BundleItem::fromJson(const QJsonObject &o)

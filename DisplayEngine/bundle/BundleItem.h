@@ -26,7 +26,8 @@ struct BundleItem
 
     static BundleItem fromJson(const QJsonObject &object);
     BundleJSON toJson() const;
-    bool operator==(const BundleItem &) const = default;
+    // `assets` is a map: tiers compare by name, whatever order they were written or read in.
+    bool operator==(const BundleItem &other) const;
 };
 
 } // namespace sorvane

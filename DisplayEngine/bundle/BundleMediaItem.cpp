@@ -1,6 +1,9 @@
 #include "bundle/BundleMediaItem.h"
 
 #include "bundle/BundleFormat.h"
+#include "media/VideoExtensions.h"
+
+#include <QFileInfo>
 
 namespace sorvane {
 
@@ -45,6 +48,25 @@ std::optional<QUrl> BundleMediaItem::url(const QString &preferring) const
     if (const BundleResolvedAsset *asset = resolvedAsset(preferring))
         return asset->url();
     return std::nullopt;
+}
+
+std::optional<ImageItem> BundleMediaItem::imageItem() const
+{
+    const BundleResolvedAsset *asset = resolvedAsset(displayTier());
+    if (!asset)
+        return std::nullopt;
+    ImageItem item(asset->url(), asset->asset.path.value_or(QString()), qint64(manifestIndex));
+    const QString suffix = QFileInfo(asset->absolutePath).suffix().toLower();
+    if (asset->key == BundleFormat::tierAnimated) {
+        item.setAnimated(true);
+        item.setAnimationType(suffix == QLatin1StringView("webp") ? AnimationType::webp : AnimationType::gif);
+    }
+    // A video that fell back to its poster is shown as the still it now is.
+    const bool showsVideo = asset->key == BundleFormat::tierVideo;
+    item.setMediaType(showsVideo ? mediaType : MediaType::image);
+    if (showsVideo)
+        item.setVideoTier(VideoExtensions::tierFor(suffix));
+    return item;
 }
 
 } // namespace sorvane

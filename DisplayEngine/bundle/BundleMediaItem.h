@@ -2,6 +2,7 @@
 
 #include "bundle/BundleItem.h"
 #include "bundle/BundleResolvedAsset.h"
+#include "media/ImageItem.h"
 #include "media/MediaType.h"
 
 #include <QDateTime>
@@ -41,6 +42,10 @@ public:
     // The first usable rung, or nothing when every rung is gone.
     const BundleResolvedAsset *resolvedAsset(const QString &preferring) const;
     std::optional<QUrl> url(const QString &preferring) const;
+
+    // The item as the rest of the engine passes it around, made from the file it
+    // would show now (a fresh item id each time); nothing when no rung is left.
+    std::optional<ImageItem> imageItem() const;
 };
 
 } // namespace sorvane

@@ -83,6 +83,16 @@ std::vector<qsizetype> OpenedBundle::playOrder()
     return order;
 }
 
+std::vector<ImageItem> OpenedBundle::imageItems()
+{
+    std::vector<ImageItem> list;
+    for (const qsizetype position : playOrder()) {
+        if (auto item = items[size_t(position)]->imageItem())
+            list.push_back(std::move(*item));
+    }
+    return list;
+}
+
 Pcg32 OpenedBundle::generator() const
 {
     return Pcg32(static_cast<quint64>(playback.shuffleSeed.value_or(0)));

@@ -43,6 +43,9 @@ public:
     // seed; files the fallback report when a timestamp order cannot be honoured.
     std::vector<qsizetype> playOrder();
 
+    // The playable items as media items, in play order.
+    std::vector<ImageItem> imageItems();
+
     // The seeded generator for this bundle's reproducible draws.
     Pcg32 generator() const;
 };

@@ -613,3 +613,53 @@ TEST(OpenedBundlePlayOrder, ShuffleSkipsMissingItemsAndKeepsTheRestInShuffledOrd
 
 } // namespace
 } // namespace sorvane
+
+namespace sorvane {
+namespace {
+
+TEST(OpenedBundleImageItems, ItemsCarryTheirKindAndFollowThePlayOrder)
+{
+    BundleFixture fixture;
+    fixture.writeFile("media/animated/g.gif", "GIF89a");
+    fixture.writeFile("media/video/v.mp4", "mp4");
+    fixture.writeFile("media/full/v.jpg", "jpg");
+    fixture.addItem("still", {{"full", 3}});
+    BundleItem gif;
+    gif.id = "g";
+    gif.animated = true;
+    gif.assets = {{"animated", BundleFixture::assetFor("media/animated/g.gif", "GIF89a")}};
+    BundleItem video;
+    video.id = "v";
+    video.mediaType = "video";
+    video.assets = {{"video", BundleFixture::assetFor("media/video/v.mp4", "mp4")},
+                    {"full", BundleFixture::assetFor("media/full/v.jpg", "jpg")}};
+    fixture.manifest.items->push_back(gif);
+    fixture.manifest.items->push_back(video);
+    fixture.manifest.playback = BundlePlaybackJSON{};
+    fixture.manifest.playback->sort = "sequential";
+    fixture.writeManifest();
+
+    BundleOpenResult result = BundleReader::open(fixture.root());
+    ASSERT_TRUE(result.ok());
+    const std::vector<ImageItem> items = result.bundle->imageItems();
+    ASSERT_EQ(items.size(), 3u);
+    EXPECT_EQ(items[0].mediaType(), MediaType::image);
+    EXPECT_FALSE(items[0].isAnimated());
+    EXPECT_EQ(items[0].relativePath(), "media/full/still.bin");
+    EXPECT_TRUE(items[1].isAnimated());
+    EXPECT_EQ(items[1].animationType(), AnimationType::gif);
+    EXPECT_EQ(items[1].originalIndex(), 1);
+    EXPECT_EQ(items[2].mediaType(), MediaType::video);
+    EXPECT_EQ(items[2].videoTier(), VideoTier::tier1);
+    EXPECT_EQ(items[2].url(), QUrl::fromLocalFile(fixture.path("media/video/v.mp4")));
+
+    // Once the video fails on screen the item is its poster, a still.
+    result.bundle->markUndecodable("v", "video");
+    const auto poster = result.bundle->item("v")->imageItem();
+    ASSERT_TRUE(poster);
+    EXPECT_EQ(poster->mediaType(), MediaType::image);
+    EXPECT_EQ(poster->url(), QUrl::fromLocalFile(fixture.path("media/full/v.jpg")));
+}
+
+} // namespace
+} // namespace sorvane
