@@ -1,0 +1,421 @@
+#include "codecs/VipsAssetProbe.h"
+#include "codecs/VipsRuntime.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <QFile>
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+#include <vips/vips.h>
+
+#include <sys/resource.h>
+
+#include <array>
+#include <latch>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace sorvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAreArray;
+
+// Collects every Qt message as "category type: text" so a test can compare the exact lines.
+// Probes log from worker threads too, hence the lock.
+class LogCapture
+{
+public:
+    LogCapture()
+    {
+        QLoggingCategory::setFilterRules(QStringLiteral("sorvane.engine.info=true"));
+        clear();
+        m_previous = qInstallMessageHandler(&LogCapture::handle);
+    }
+    ~LogCapture() { qInstallMessageHandler(m_previous); }
+    LogCapture(const LogCapture &) = delete;
+    LogCapture &operator=(const LogCapture &) = delete;
+
+    std::vector<std::string> take()
+    {
+        std::lock_guard lock(s_mutex);
+        return std::exchange(s_lines, {});
+    }
+    void clear() { take(); }
+
+    static std::string engineInfo(const QString &text)
+    {
+        return "sorvane.engine info: " + text.toStdString();
+    }
+
+private:
+    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
+    {
+        const char *level = type == QtDebugMsg      ? "debug"
+                            : type == QtInfoMsg     ? "info"
+                            : type == QtWarningMsg  ? "warning"
+                            : type == QtCriticalMsg ? "critical"
+                                                    : "fatal";
+        std::lock_guard lock(s_mutex);
+        s_lines.push_back(std::string(context.category ? context.category : "default") + " " + level
+                          + ": " + text.toStdString());
+    }
+
+    static inline std::mutex s_mutex;
+    static inline std::vector<std::string> s_lines;
+    QtMessageHandler m_previous = nullptr;
+};
+
+// One comparable text per probe answer, so tables and threads can be checked with plain equality.
+std::string describe(const std::optional<BundleProbeResult> &result)
+{
+    if (!result)
+        return "refused";
+    return std::to_string(result->width) + "x" + std::to_string(result->height) + ", "
+           + std::to_string(result->bytes) + " bytes";
+}
+
+enum class Format { jpeg, png, webp, tiff, gif };
+
+struct ImageRef
+{
+    VipsImage *image = nullptr;
+    ~ImageRef()
+    {
+        if (image)
+            g_object_unref(image);
+    }
+};
+
+// Busy pixels, so that JPEG files carry a substantial entropy-coded segment.
+QByteArray noisyPixels(int width, int height, int bands)
+{
+    QByteArray pixels(qsizetype(width) * height * bands, Qt::Uninitialized);
+    quint32 state = 0x2545F491u;
+    for (qsizetype i = 0; i < pixels.size(); ++i) {
+        state = state * 1664525u + 1013904223u;
+        const int x = int((i / bands) % width);
+        const int y = int((i / bands) / width);
+        pixels[i] = char(((x * 5 + y * 3) + int(state >> 28)) & 0xff);
+    }
+    return pixels;
+}
+
+bool saveImage(const QString &path, Format format, int width, int height, int bands)
+{
+    const QByteArray pixels = noisyPixels(width, height, bands);
+    ImageRef image;
+    image.image = vips_image_new_from_memory_copy(pixels.constData(), size_t(pixels.size()), width, height,
+                                                  bands, VIPS_FORMAT_UCHAR);
+    if (!image.image)
+        return false;
+    const QByteArray file = QFile::encodeName(path);
+    switch (format) {
+    case Format::jpeg:
+        return vips_jpegsave(image.image, file.constData(), "Q", 90, nullptr) == 0;
+    case Format::png:
+        return vips_pngsave(image.image, file.constData(), nullptr) == 0;
+    case Format::webp:
+        return vips_webpsave(image.image, file.constData(), nullptr) == 0;
+    case Format::tiff:
+        return vips_tiffsave(image.image, file.constData(), nullptr) == 0;
+    case Format::gif:
+        return vips_gifsave(image.image, file.constData(), nullptr) == 0;
+    }
+    return false;
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return file.readAll();
+}
+
+bool writeAll(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+// Offset of the first byte of entropy-coded data (just after the SOS segment), or -1.
+qsizetype entropyDataStart(const QByteArray &jpeg)
+{
+    qsizetype pos = 2; // after SOI
+    while (pos + 4 <= jpeg.size()) {
+        if (quint8(jpeg[pos]) != 0xFF)
+            return -1;
+        const quint8 marker = quint8(jpeg[pos + 1]);
+        const qsizetype length = qFromBigEndian<quint16>(jpeg.constData() + pos + 2);
+        if (marker == 0xDA)
+            return pos + 2 + length;
+        pos += 2 + length;
+    }
+    return -1;
+}
+
+// The same JPEG with every byte between the scan header and EOI replaced by noise. 0xFF is kept out
+// of the noise so that no marker appears: the file's structure stays intact, only its data is wrong.
+QByteArray withGarbageEntropyData(QByteArray jpeg)
+{
+    const qsizetype start = entropyDataStart(jpeg);
+    if (start < 0 || start >= jpeg.size() - 2)
+        return {};
+    quint32 state = 12345u;
+    for (qsizetype i = start; i < jpeg.size() - 2; ++i) {
+        state = state * 22695477u + 1u;
+        const quint8 byte = quint8(state >> 16);
+        jpeg[i] = char(byte == 0xFF ? 0x5A : byte);
+    }
+    return jpeg;
+}
+
+quint32 crc32(const QByteArray &bytes)
+{
+    quint32 crc = 0xFFFFFFFFu;
+    for (const char c : bytes) {
+        crc ^= quint8(c);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+QByteArray pngChunk(const char type[4], const QByteArray &data)
+{
+    QByteArray typeAndData = QByteArray(type, 4) + data;
+    QByteArray chunk(4, Qt::Uninitialized);
+    qToBigEndian<quint32>(quint32(data.size()), chunk.data());
+    chunk += typeAndData;
+    QByteArray crc(4, Qt::Uninitialized);
+    qToBigEndian<quint32>(crc32(typeAndData), crc.data());
+    return chunk + crc;
+}
+
+// A valid PNG whose header claims width x height RGB pixels but which carries only a few
+// (compressed) rows: tiny on disk, enormous once decoded.
+QByteArray pngClaiming(quint32 width, quint32 height)
+{
+    QByteArray ihdr(13, '\0');
+    qToBigEndian<quint32>(width, ihdr.data());
+    qToBigEndian<quint32>(height, ihdr.data() + 4);
+    ihdr[8] = 8; // bit depth
+    ihdr[9] = 2; // colour type RGB
+    const QByteArray rows(4 * (1 + qsizetype(width) * 3), '\0');
+    const QByteArray zlibStream = qCompress(rows).mid(4); // qCompress prefixes a length
+    return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", ihdr) + pngChunk("IDAT", zlibStream)
+           + pngChunk("IEND", {});
+}
+
+qint64 peakResidentBytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return qint64(usage.ru_maxrss) * 1024; // kilobytes on Linux
+}
+
+struct DecodableCase
+{
+    const char *name;
+    Format format;
+    int width;
+    int height;
+    int bands;
+};
+
+const DecodableCase decodableCases[] = {
+    {"photo.jpg", Format::jpeg, 320, 200, 3},
+    {"transparent.png", Format::png, 150, 100, 4},
+    {"picture.webp", Format::webp, 90, 60, 3},
+    {"scan.tiff", Format::tiff, 64, 48, 3},
+    {"loop.gif", Format::gif, 40, 30, 3},
+    // Brackets are ordinary in photo names; libvips reads a bracketed suffix of a name as load options.
+    {"Été à Nice [2].jpg", Format::jpeg, 33, 21, 3},
+};
+
+struct RefusedCase
+{
+    const char *name;
+    const char *logTail;
+};
+
+const RefusedCase refusedCases[] = {
+    {"notes.jpg", "is not an image at all"},
+    // The path in the log line must survive as UTF-8.
+    {"Notizen für Jörg.jpg", "is not an image at all"},
+    {"empty.jpg", "is not an image at all"},
+    {"missing.jpg", "is not an image at all"},
+    {"cut-in-header.jpg", "is incomplete"},
+    {"truncated.jpg", "is incomplete"},
+    {"huge.png", "would not decode"},
+};
+
+class VipsAssetProbeTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_dir.isValid());
+        ASSERT_TRUE(VipsRuntime::ensureStarted());
+        for (const DecodableCase &c : decodableCases)
+            ASSERT_TRUE(saveImage(path(c.name), c.format, c.width, c.height, c.bands))
+                << c.name << ": " << VipsRuntime::takeError();
+
+        const QByteArray jpeg = readAll(path("photo.jpg"));
+        ASSERT_GT(jpeg.size(), 1000);
+        ASSERT_TRUE(writeAll(path("notes.jpg"), "Shopping list: eggs, flour, a new memory card.\n"));
+        ASSERT_TRUE(writeAll(path("Notizen für Jörg.jpg"), "Geburtstag: Kuchen bestellen.\n"));
+        ASSERT_TRUE(writeAll(path("empty.jpg"), {}));
+        ASSERT_TRUE(writeAll(path("cut-in-header.jpg"), jpeg.left(entropyDataStart(jpeg) / 2)));
+        ASSERT_TRUE(writeAll(path("truncated.jpg"), jpeg.left(jpeg.size() / 2)));
+        const QByteArray scrambled = withGarbageEntropyData(jpeg);
+        ASSERT_EQ(scrambled.size(), jpeg.size());
+        ASSERT_NE(scrambled, jpeg);
+        ASSERT_EQ(scrambled.left(entropyDataStart(jpeg)), jpeg.left(entropyDataStart(jpeg)));
+        ASSERT_TRUE(writeAll(path("scrambled.jpg"), scrambled));
+        const QByteArray huge = pngClaiming(50000, 50000);
+        ASSERT_LT(huge.size(), 4096);
+        ASSERT_TRUE(writeAll(path("huge.png"), huge));
+    }
+
+    QString path(const char *name) const { return m_dir.filePath(QString::fromUtf8(name)); }
+
+    std::vector<QString> allPaths() const
+    {
+        std::vector<QString> paths;
+        for (const DecodableCase &c : decodableCases)
+            paths.push_back(path(c.name));
+        for (const RefusedCase &c : refusedCases)
+            paths.push_back(path(c.name));
+        paths.push_back(path("scrambled.jpg"));
+        return paths;
+    }
+
+    QTemporaryDir m_dir;
+    VipsAssetProbe m_probe;
+};
+
+TEST_F(VipsAssetProbeTest, DecodableImagesReportTheirSizeAndLogNothing)
+{
+    LogCapture log;
+    for (const DecodableCase &c : decodableCases) {
+        SCOPED_TRACE(c.name);
+        const QString file = path(c.name);
+        const qint64 bytes = QFileInfo(file).size();
+        ASSERT_GT(bytes, 0);
+
+        const auto result = m_probe.probe(file);
+
+        ASSERT_TRUE(result.has_value());
+        EXPECT_EQ(result->width, c.width);
+        EXPECT_EQ(result->height, c.height);
+        EXPECT_EQ(result->bytes, bytes);
+        EXPECT_THAT(log.take(), IsEmpty());
+    }
+}
+
+TEST_F(VipsAssetProbeTest, UndecodableFilesAreRefusedWithTheirOwnLogLine)
+{
+    ASSERT_FALSE(QFileInfo::exists(path("missing.jpg")));
+    LogCapture log;
+    for (const RefusedCase &c : refusedCases) {
+        SCOPED_TRACE(c.name);
+        const QString file = path(c.name);
+
+        const auto result = m_probe.probe(file);
+
+        EXPECT_EQ(describe(result), "refused");
+        EXPECT_THAT(log.take(),
+                    ElementsAre(LogCapture::engineInfo(QStringLiteral("Decode probe: %1 %2")
+                                                           .arg(file, QString::fromUtf8(c.logTail)))));
+    }
+}
+
+TEST_F(VipsAssetProbeTest, CompleteJpegWithCorruptScanDataIsAccepted)
+{
+    // libjpeg decodes bad Huffman codes into wrong pixels with only a warning, as display decoders
+    // do. Failing on warnings would also refuse sound camera files (stray bytes before a marker),
+    // so the probe answers "decodable" for a file that is complete and yields a thumbnail.
+    const QString file = path("scrambled.jpg");
+    LogCapture log;
+
+    const auto result = m_probe.probe(file);
+
+    EXPECT_EQ(describe(result), "320x200, " + std::to_string(QFileInfo(file).size()) + " bytes");
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(VipsAssetProbeTest, HugeClaimedSizeIsRefusedWithoutAllocatingThePixels)
+{
+    // Decoded, this image would need 7.5 GB; refusing it must cost next to nothing.
+    const qint64 peakBefore = peakResidentBytes();
+    LogCapture log;
+
+    EXPECT_FALSE(m_probe.probe(path("huge.png")).has_value());
+
+    EXPECT_LT(peakResidentBytes() - peakBefore, qint64(64) << 20);
+    EXPECT_THAT(log.take(), ElementsAre(LogCapture::engineInfo(
+                                QStringLiteral("Decode probe: %1 would not decode").arg(path("huge.png")))));
+}
+
+TEST_F(VipsAssetProbeTest, ConcurrentProbesGiveTheSameAnswersAsSequentialOnes)
+{
+    const std::vector<QString> paths = allPaths();
+    LogCapture log;
+    std::vector<std::string> sequential;
+    for (const QString &file : paths)
+        sequential.push_back(describe(m_probe.probe(file)));
+    const std::vector<std::string> sequentialLines = log.take();
+    ASSERT_EQ(sequentialLines.size(), std::size(refusedCases));
+
+    constexpr int threadCount = 4;
+    constexpr int rounds = 3;
+    std::array<std::vector<std::string>, threadCount> answers;
+    std::latch start(threadCount);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < threadCount; ++t) {
+        threads.emplace_back([&, t] {
+            start.arrive_and_wait();
+            for (int round = 0; round < rounds; ++round) {
+                // Each thread walks the files from a different starting point, so different
+                // formats are decoded at the same moment.
+                for (size_t i = 0; i < paths.size(); ++i) {
+                    const size_t index = (i + size_t(t) * 3) % paths.size();
+                    answers[t].push_back(std::to_string(index) + ": " + describe(m_probe.probe(paths[index])));
+                }
+            }
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+
+    for (int t = 0; t < threadCount; ++t) {
+        SCOPED_TRACE(t);
+        std::vector<std::string> expected;
+        for (int round = 0; round < rounds; ++round) {
+            for (size_t i = 0; i < paths.size(); ++i) {
+                const size_t index = (i + size_t(t) * 3) % paths.size();
+                expected.push_back(std::to_string(index) + ": " + sequential[index]);
+            }
+        }
+        EXPECT_EQ(answers[t], expected);
+    }
+    std::vector<std::string> expectedLines;
+    for (int n = 0; n < threadCount * rounds; ++n)
+        expectedLines.insert(expectedLines.end(), sequentialLines.begin(), sequentialLines.end());
+    EXPECT_THAT(log.take(), UnorderedElementsAreArray(expectedLines));
+}
+
+} // namespace
+} // namespace sorvane
