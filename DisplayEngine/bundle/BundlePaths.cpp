@@ -11,9 +11,11 @@ bool isSafeBundleRelativePath(const QString &path)
         return false;
     if (trimmed.startsWith(QLatin1Char('/')) || trimmed.startsWith(QLatin1Char('\\')))
         return false;
-    if (path.contains(QLatin1Char(':')))
+    if (trimmed.contains(QLatin1Char(':')))
         return false;
-    for (const QStringView component : QStringTokenizer(path, QLatin1Char('/'))) {
+    // Components are judged on the trimmed text too, so " ../x" cannot pass as a
+    // folder named " .." once a consumer trims it.
+    for (const QStringView component : QStringTokenizer(trimmed, QLatin1Char('/'))) {
         if (component == QLatin1StringView(".."))
             return false;
     }
