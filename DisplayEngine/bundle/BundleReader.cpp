@@ -13,9 +13,11 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 #include <QThread>
+#include <QtNumeric>
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 #include <thread>
 
 namespace sorvane {
@@ -25,8 +27,7 @@ namespace {
 using Status = BundleRootGuard::Status;
 
 // The outcome of checking one asset of one item.
-struct AssetCheck
-{
+struct AssetCheck {
     qsizetype itemIndex = 0;
     QString tier;
     const BundleAsset *asset = nullptr;
@@ -45,14 +46,22 @@ BundleError makeError(BundleErrorCode code, const QString &message)
     return error;
 }
 
-BundleOpenResult failed(BundleError error, std::shared_ptr<BundleIntegrity> integrity,
-                        std::vector<BundleReport> reports)
+BundleOpenResult failed(
+    BundleError error, std::shared_ptr<BundleIntegrity> integrity, std::vector<BundleReport> reports)
 {
     BundleOpenResult result;
     result.error = std::move(error);
     result.integrity = std::move(integrity);
     result.standaloneReports = std::move(reports);
     return result;
+}
+
+// Byte totals add sizes declared by a manifest from anywhere: absurd values
+// pin the total at the limit instead of overflowing it.
+void addBytes(qint64 &total, qint64 bytes)
+{
+    if (qAddOverflow(total, bytes, &total))
+        total = bytes > 0 ? std::numeric_limits<qint64>::max() : std::numeric_limits<qint64>::min();
 }
 
 QString bytesText(const std::optional<qint64> &bytes)
@@ -114,7 +123,7 @@ void checkContentInParallel(std::vector<AssetCheck> &checks, const BundleOpenOpt
     if (options.verification == BundleVerification::sizeAndCount)
         return;
     const int workers = std::clamp(QThread::idealThreadCount(), 1, 8);
-    std::atomic<size_t> next{0};
+    std::atomic<size_t> next {0};
     auto work = [&] {
         for (size_t i = next++; i < checks.size(); i = next++)
             checkContent(checks[i], options);
@@ -149,8 +158,7 @@ std::optional<MediaType> acceptedMediaType(const QString &value, const BundleOpe
     return std::nullopt;
 }
 
-struct ManifestRead
-{
+struct ManifestRead {
     std::optional<QJsonObject> object;
     std::optional<BundleError> error;
 };
@@ -159,8 +167,8 @@ ManifestRead readManifest(const QString &manifestPath)
 {
     ManifestRead read;
     auto unreadable = [&](const QString &cause) {
-        BundleError error =
-            makeError(BundleErrorCode::manifestUnreadable, QStringLiteral("Could not read the manifest: ") + cause);
+        BundleError error
+            = makeError(BundleErrorCode::manifestUnreadable, QStringLiteral("Could not read the manifest: ") + cause);
         error.cause = cause;
         error.path = manifestPath;
         read.error = error;
@@ -188,15 +196,16 @@ ManifestRead readManifest(const QString &manifestPath)
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &parseError);
     if (parseError.error != QJsonParseError::NoError) {
         const QString cause = QStringLiteral("%1 at byte %2").arg(parseError.errorString()).arg(parseError.offset);
-        BundleError error =
-            makeError(BundleErrorCode::manifestMalformed, QStringLiteral("Manifest is not valid JSON: ") + cause);
+        BundleError error
+            = makeError(BundleErrorCode::manifestMalformed, QStringLiteral("Manifest is not valid JSON: ") + cause);
         error.cause = cause;
         error.path = manifestPath;
         read.error = error;
         return read;
     }
     if (!document.isObject()) {
-        BundleError error = makeError(BundleErrorCode::manifestMalformed, QStringLiteral("Manifest is not a JSON object."));
+        BundleError error
+            = makeError(BundleErrorCode::manifestMalformed, QStringLiteral("Manifest is not a JSON object."));
         error.path = manifestPath;
         read.error = error;
         return read;
@@ -205,8 +214,8 @@ ManifestRead readManifest(const QString &manifestPath)
     return read;
 }
 
-std::optional<OpenedBundleBranding> resolveBranding(const BundleManifest &manifest, const QString &root,
-                                                    BundleRootGuard &guard, std::vector<BundleReport> &reports)
+std::optional<OpenedBundleBranding> resolveBranding(
+    const BundleManifest &manifest, const QString &root, BundleRootGuard &guard, std::vector<BundleReport> &reports)
 {
     if (!manifest.branding)
         return std::nullopt;
@@ -232,7 +241,8 @@ std::optional<OpenedBundleBranding> resolveBranding(const BundleManifest &manife
             r.fieldPath = QStringLiteral("branding.logo_asset");
             reports.push_back(std::move(r));
         };
-        const auto resolution = isSafeBundleRelativePath(path) ? guard.resolve(path) : BundleRootGuard::Resolution{Status::escapes, {}, 0};
+        const auto resolution = isSafeBundleRelativePath(path) ? guard.resolve(path)
+                                                               : BundleRootGuard::Resolution {Status::escapes, {}, 0};
         if (resolution.status == Status::escapes) {
             report(QStringLiteral("branding.logo_asset '%1' is not a safe bundle-relative path; ignored.").arg(path));
         } else if (resolution.status == Status::absent) {
@@ -284,8 +294,8 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     };
     if (manifest.format != BundleFormat::formatName) {
         BundleError error = makeError(BundleErrorCode::notABundle,
-                                      QStringLiteral("format is '%1', expected 'sorvane.bundle'.")
-                                          .arg(manifest.format.value_or(QStringLiteral("<absent>"))));
+            QStringLiteral("format is '%1', expected 'sorvane.bundle'.")
+                .arg(manifest.format.value_or(QStringLiteral("<absent>"))));
         error.path = manifestPath;
         error.jsonPath = QStringLiteral("$.format");
         return failed(error, integrity, reports);
@@ -296,9 +306,9 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         return malformed(QStringLiteral("min_reader_version is required."), QStringLiteral("$.min_reader_version"));
     if (*manifest.minReaderVersion > BundleFormat::readerVersion) {
         BundleError error = makeError(BundleErrorCode::unsupportedFutureVersion,
-                                      QStringLiteral("Bundle requires reader version %1; this reader is version %2.")
-                                          .arg(*manifest.minReaderVersion)
-                                          .arg(BundleFormat::readerVersion));
+            QStringLiteral("Bundle requires reader version %1; this reader is version %2.")
+                .arg(*manifest.minReaderVersion)
+                .arg(BundleFormat::readerVersion));
         error.path = manifestPath;
         error.jsonPath = QStringLiteral("$.min_reader_version");
         error.requiredReaderVersion = *manifest.minReaderVersion;
@@ -312,8 +322,8 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     if (const int unknown = manifest.totalUnknownMemberCount(); unknown > 0) {
         BundleReport report;
         report.code = BundleReportCode::unknownFieldsIgnored;
-        report.message =
-            QStringLiteral("%1 unrecognized manifest member(s) were ignored (forward compatibility).").arg(unknown);
+        report.message
+            = QStringLiteral("%1 unrecognized manifest member(s) were ignored (forward compatibility).").arg(unknown);
         reports.push_back(std::move(report));
     }
 
@@ -402,7 +412,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
                 }
                 continue;
             }
-            integrity->expectedAssetBytes += check.asset->bytes.value_or(0);
+            addBytes(integrity->expectedAssetBytes, check.asset->bytes.value_or(0));
             if (check.failure) {
                 lastFailure = check.failure;
                 BundleReport report;
@@ -413,21 +423,20 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
                 reports.push_back(std::move(report));
                 continue;
             }
-            integrity->resolvedAssetBytes += check.resolution.size;
+            addBytes(integrity->resolvedAssetBytes, check.resolution.size);
             mediaItem->resolved[check.tier] = {check.tier, *check.asset, check.resolution.absolutePath};
             playable = playable || isPlayableTier(check.tier, options);
         }
         if (!playable) {
             integrity->missingItems.push_back({id, lastFailure.value_or(BundleReportCode::itemAssetMissing),
-                                               QStringLiteral("no usable asset survived the resolution ladder")});
+                QStringLiteral("no usable asset survived the resolution ladder")});
             continue;
         }
         bundle->items.push_back(std::move(mediaItem));
     }
 
     if (missingId != items.end()) {
-        return malformed(QStringLiteral("an item is missing its id."),
-                         QStringLiteral("$.items[%1].id").arg(walked));
+        return malformed(QStringLiteral("an item is missing its id."), QStringLiteral("$.items[%1].id").arg(walked));
     }
 
     // 14. Originals.
@@ -444,8 +453,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     // 15. Something must be playable.
     if (bundle->items.empty()) {
         BundleError error = makeError(BundleErrorCode::noPlayableMedia,
-                                      QStringLiteral("Manifest declared %1 items; none of them resolved to a usable asset.")
-                                          .arg(items.size()));
+            QStringLiteral("Manifest declared %1 items; none of them resolved to a usable asset.").arg(items.size()));
         error.path = root;
         return failed(error, integrity, reports);
     }
