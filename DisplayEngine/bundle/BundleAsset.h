@@ -9,8 +9,7 @@
 namespace sorvane {
 
 // One file of an item in one tier (`assets.<tier>` of the manifest).
-struct BundleAsset
-{
+struct BundleAsset {
     std::optional<QString> path;
     std::optional<qint64> w;
     std::optional<qint64> h;

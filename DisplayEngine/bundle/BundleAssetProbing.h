@@ -7,8 +7,7 @@
 namespace sorvane {
 
 // What a successful probe learned about a file.
-struct BundleProbeResult
-{
+struct BundleProbeResult {
     qint64 width = 0;
     qint64 height = 0;
     qint64 bytes = 0;
@@ -16,8 +15,7 @@ struct BundleProbeResult
 
 // Decides whether an image file really decodes. The reader calls it from
 // several threads at once, so implementations must be thread-safe.
-class BundleAssetProbing
-{
+class BundleAssetProbing {
 public:
     virtual ~BundleAssetProbing() = default;
     // The image's pixel size and the file's byte count, or nothing when it does not decode.

@@ -15,8 +15,8 @@ BundleBrandingOverlayJson BundleBrandingOverlayJson::fromJson(const QJsonObject 
     b.sizePercent = number(o.value(L("size_percent")));
     b.opacity = number(o.value(L("opacity")));
     b.marginPercent = number(o.value(L("margin_percent")));
-    b.unknownMemberCount =
-        countUnknown(o, {L("enabled"), L("corner"), L("size_percent"), L("opacity"), L("margin_percent")});
+    b.unknownMemberCount
+        = countUnknown(o, {L("enabled"), L("corner"), L("size_percent"), L("opacity"), L("margin_percent")});
     return b;
 }
 

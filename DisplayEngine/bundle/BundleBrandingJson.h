@@ -9,8 +9,7 @@
 namespace sorvane {
 
 // `branding.overlay`: the logo drawn in a corner of every slide.
-struct BundleBrandingOverlayJson
-{
+struct BundleBrandingOverlayJson {
     std::optional<bool> enabled;
     std::optional<QString> corner;
     std::optional<double> sizePercent;
@@ -24,8 +23,7 @@ struct BundleBrandingOverlayJson
 };
 
 // `branding`: name, logo and overlay of whoever made the bundle.
-struct BundleBrandingJson
-{
+struct BundleBrandingJson {
     std::optional<QString> displayName;
     std::optional<QString> logoAsset;
     std::optional<bool> holding;

@@ -43,8 +43,8 @@ BundleDisplayJSON BundleDisplayJSON::fromJson(const QJsonObject &o)
             entries.push_back(BundlePerScreenJSON::fromJson(entry.toObject()));
         d.preferredPerScreen = std::move(entries);
     }
-    d.unknownMemberCount = countUnknown(
-        o, {L("preferred_screen_count"), L("preferred_control_scope"), L("preferred_sync_mode"),
+    d.unknownMemberCount = countUnknown(o,
+        {L("preferred_screen_count"), L("preferred_control_scope"), L("preferred_sync_mode"),
             L("preferred_phase_delay_seconds"), L("prefer_duplicate_avoidance"), L("preferred_per_screen")});
     return d;
 }

@@ -10,8 +10,7 @@
 namespace sorvane {
 
 // `display.preferred_per_screen[]` (unknown members not counted).
-struct BundlePerScreenJSON
-{
+struct BundlePerScreenJSON {
     std::optional<qint64> screenOrdinal;
     std::optional<QString> preferredMode;
     std::optional<QString> preferredCollageLayout;
@@ -22,8 +21,7 @@ struct BundlePerScreenJSON
 };
 
 // `display`: suggested multi-screen settings.
-struct BundleDisplayJSON
-{
+struct BundleDisplayJSON {
     std::optional<qint64> preferredScreenCount;
     std::optional<QString> preferredControlScope;
     std::optional<QString> preferredSyncMode;

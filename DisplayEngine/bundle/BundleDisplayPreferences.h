@@ -10,8 +10,7 @@
 namespace sorvane {
 
 // A bundle's multi-screen suggestions, typed.
-struct BundleDisplayPreferences
-{
+struct BundleDisplayPreferences {
     std::optional<qint64> preferredScreenCount;
     ControlScope preferredControlScope = ControlScope::independent;
     SyncMode preferredSyncMode = SyncMode::synchronized;

@@ -17,8 +17,7 @@ enum class BundleErrorCode {
 QString toString(BundleErrorCode code);
 
 // The one fatal outcome of opening a bundle.
-struct BundleError
-{
+struct BundleError {
     BundleErrorCode code = BundleErrorCode::notABundle;
     QString message;
     std::optional<QString> path;

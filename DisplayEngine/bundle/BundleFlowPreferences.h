@@ -9,8 +9,7 @@
 namespace sorvane {
 
 // The flow wall's settings as a bundle suggests them; absent numbers and flags stay absent.
-struct BundleFlowPreferences
-{
+struct BundleFlowPreferences {
     FlowOrientation orientation = FlowOrientation::vertical;
     std::optional<qint64> columnAdjustment;
     std::optional<bool> infiniteScroll;

@@ -18,7 +18,7 @@ inline const QString tierFull = QStringLiteral("full");
 inline const QString tierAnimated = QStringLiteral("animated");
 inline const QString tierVideo = QStringLiteral("video");
 inline const QString tierOriginal = QStringLiteral("original");
-inline const QStringList tierNames{tierTile, tierFull, tierAnimated, tierVideo, tierOriginal};
+inline const QStringList tierNames {tierTile, tierFull, tierAnimated, tierVideo, tierOriginal};
 
 inline constexpr int tileLongEdge = 1200;
 inline constexpr int fullLongEdge = 2160;

@@ -7,8 +7,7 @@
 
 namespace sorvane {
 
-struct BundleMissingItem
-{
+struct BundleMissingItem {
     QString itemId;
     BundleReportCode reason = BundleReportCode::itemAssetMissing;
     QString detail;
@@ -18,8 +17,7 @@ struct BundleMissingItem
 
 // Counters of an open, shared between the open result and the opened bundle
 // and updated during playback as files fail on screen.
-struct BundleIntegrity
-{
+struct BundleIntegrity {
     qint64 manifestItemCount = 0;
     qint64 playableItemCount = 0;
     std::vector<BundleMissingItem> missingItems;

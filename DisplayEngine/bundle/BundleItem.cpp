@@ -43,11 +43,11 @@ BundleItem BundleItem::fromJson(const QJsonObject &o)
             item.assets.emplace_back(it.key(), BundleAsset::fromJson(it.value().toObject()));
         }
     }
-    item.unknownMemberCount = countUnknown(
-        o, {QLatin1StringView("id"), QLatin1StringView("media_type"), QLatin1StringView("source_name"),
+    item.unknownMemberCount = countUnknown(o,
+        {QLatin1StringView("id"), QLatin1StringView("media_type"), QLatin1StringView("source_name"),
             QLatin1StringView("source_bytes"), QLatin1StringView("source_created_utc"),
-            QLatin1StringView("source_modified_utc"), QLatin1StringView("captured_utc"),
-            QLatin1StringView("animated"), QLatin1StringView("assets")});
+            QLatin1StringView("source_modified_utc"), QLatin1StringView("captured_utc"), QLatin1StringView("animated"),
+            QLatin1StringView("assets")});
     return item;
 }
 

@@ -8,8 +8,7 @@
 namespace sorvane {
 
 // One entry of the manifest's `items`.
-struct BundleItem
-{
+struct BundleItem {
     std::optional<QString> id;
     std::optional<QString> mediaType;
     std::optional<QString> sourceName;

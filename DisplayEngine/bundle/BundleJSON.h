@@ -14,22 +14,21 @@ namespace sorvane {
 // The JSON value the engine writes manifests with. Unlike QJsonObject it keeps
 // object members in insertion order, and it has no null: absent members are
 // simply not emitted.
-class BundleJSON
-{
+class BundleJSON {
 public:
     using Member = std::pair<QString, BundleJSON>;
     using Object = std::vector<Member>;
     using Array = std::vector<BundleJSON>;
 
-    BundleJSON() : m_value(Object{}) {}
-    BundleJSON(Object object) : m_value(std::move(object)) {}
-    BundleJSON(Array array) : m_value(std::move(array)) {}
-    BundleJSON(const QString &text) : m_value(text) {}
-    BundleJSON(const char *text) : m_value(QString::fromUtf8(text)) {}
-    BundleJSON(qint64 number) : m_value(number) {}
-    BundleJSON(int number) : m_value(qint64(number)) {}
-    BundleJSON(double number) : m_value(number) {}
-    BundleJSON(bool flag) : m_value(flag) {}
+    BundleJSON() : m_value(Object {}) { }
+    BundleJSON(Object object) : m_value(std::move(object)) { }
+    BundleJSON(Array array) : m_value(std::move(array)) { }
+    BundleJSON(const QString &text) : m_value(text) { }
+    BundleJSON(const char *text) : m_value(QString::fromUtf8(text)) { }
+    BundleJSON(qint64 number) : m_value(number) { }
+    BundleJSON(int number) : m_value(qint64(number)) { }
+    BundleJSON(double number) : m_value(number) { }
+    BundleJSON(bool flag) : m_value(flag) { }
 
     static BundleJSON object(std::initializer_list<Member> members = {}) { return BundleJSON(Object(members)); }
     static BundleJSON array(std::initializer_list<BundleJSON> values = {}) { return BundleJSON(Array(values)); }

@@ -51,10 +51,10 @@ BundleManifest BundleManifest::fromJson(const QJsonObject &o)
             items.push_back(BundleItem::fromJson(entry.toObject()));
         m.items = std::move(items);
     }
-    m.unknownMemberCount = countUnknown(
-        o, {L("format"), L("format_version"), L("min_reader_version"), L("bundle_id"), L("title"),
-            L("created_utc"), L("created_by"), L("flavor"), L("include_originals"), L("counts"),
-            L("derivatives"), L("playback"), L("display"), L("players"), L("branding"), L("items")});
+    m.unknownMemberCount = countUnknown(o,
+        {L("format"), L("format_version"), L("min_reader_version"), L("bundle_id"), L("title"), L("created_utc"),
+            L("created_by"), L("flavor"), L("include_originals"), L("counts"), L("derivatives"), L("playback"),
+            L("display"), L("players"), L("branding"), L("items")});
     return m;
 }
 

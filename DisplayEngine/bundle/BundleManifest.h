@@ -10,8 +10,7 @@ namespace sorvane {
 
 // The parsed `bundle.json`. Built by a total function: every member may be
 // absent; which absences are fatal is the reader's decision.
-struct BundleManifest
-{
+struct BundleManifest {
     std::optional<QString> format;
     std::optional<qint64> formatVersion;
     std::optional<qint64> minReaderVersion;

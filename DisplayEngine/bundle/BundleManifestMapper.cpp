@@ -11,7 +11,7 @@ namespace {
 // silently; anything else must match a wire value exactly, untrimmed.
 template <typename E, typename Parse>
 E mapValue(const std::optional<QString> &value, const QString &fieldPath, E fallback, const QString &fallbackWire,
-           Parse parse, std::vector<BundleReport> &reports)
+    Parse parse, std::vector<BundleReport> &reports)
 {
     if (!value || value->trimmed().isEmpty())
         return fallback;
@@ -36,21 +36,21 @@ E mapWire(const std::optional<QString> &value, const char *fieldPath, std::vecto
 
 } // namespace
 
-BundlePlaybackPreferences BundleManifestMapper::playback(const BundleManifest &manifest,
-                                                         std::vector<BundleReport> &reports)
+BundlePlaybackPreferences BundleManifestMapper::playback(
+    const BundleManifest &manifest, std::vector<BundleReport> &reports)
 {
     BundlePlaybackPreferences p;
-    const BundlePlaybackJSON json = manifest.playback.value_or(BundlePlaybackJSON{});
+    const BundlePlaybackJSON json = manifest.playback.value_or(BundlePlaybackJSON {});
     p.mode = mapWire<DisplayMode>(json.mode, "playback.mode", reports);
     p.collageLayout = mapWire<CollageLayout>(json.collageLayout, "playback.collage_layout", reports);
     p.sort = mapValue<BundleSort>(json.sort, QStringLiteral("playback.sort"), BundleSort::random,
-                                  toWire(BundleSort::random), bundleSortFromWire, reports);
+        toWire(BundleSort::random), bundleSortFromWire, reports);
     p.imageScaling = mapWire<ImageScalingMode>(json.imageScaling, "playback.image_scaling", reports);
     p.background = mapWire<BundleBackground>(json.background, "playback.background", reports);
     p.imageFilter = mapWire<ImageFilter>(json.imageFilter, "playback.image_filter", reports);
-    p.fileDisplayFormat =
-        mapWire<BundleFileDisplayFormat>(json.fileDisplayFormat, "playback.file_display_format", reports);
-    const BundleFlowJSON flow = json.flow.value_or(BundleFlowJSON{});
+    p.fileDisplayFormat
+        = mapWire<BundleFileDisplayFormat>(json.fileDisplayFormat, "playback.file_display_format", reports);
+    const BundleFlowJSON flow = json.flow.value_or(BundleFlowJSON {});
     p.flow.orientation = mapWire<FlowOrientation>(flow.orientation, "playback.flow.orientation", reports);
     p.flow.weightMode = mapWire<FlowWeightMode>(flow.weightMode, "playback.flow.weight_mode", reports);
 
@@ -73,23 +73,23 @@ BundlePlaybackPreferences BundleManifestMapper::playback(const BundleManifest &m
     return p;
 }
 
-BundleDisplayPreferences BundleManifestMapper::display(const BundleManifest &manifest,
-                                                       std::vector<BundleReport> &reports)
+BundleDisplayPreferences BundleManifestMapper::display(
+    const BundleManifest &manifest, std::vector<BundleReport> &reports)
 {
     BundleDisplayPreferences d;
-    const BundleDisplayJSON json = manifest.display.value_or(BundleDisplayJSON{});
-    d.preferredControlScope =
-        mapWire<ControlScope>(json.preferredControlScope, "display.preferred_control_scope", reports);
+    const BundleDisplayJSON json = manifest.display.value_or(BundleDisplayJSON {});
+    d.preferredControlScope
+        = mapWire<ControlScope>(json.preferredControlScope, "display.preferred_control_scope", reports);
     d.preferredSyncMode = mapWire<SyncMode>(json.preferredSyncMode, "display.preferred_sync_mode", reports);
     d.preferredScreenCount = json.preferredScreenCount;
     d.preferredPhaseDelaySeconds = json.preferredPhaseDelaySeconds;
     d.preferDuplicateAvoidance = json.preferDuplicateAvoidance;
-    for (const BundlePerScreenJSON &entry : json.preferredPerScreen.value_or(std::vector<BundlePerScreenJSON>{})) {
+    for (const BundlePerScreenJSON &entry : json.preferredPerScreen.value_or(std::vector<BundlePerScreenJSON> {})) {
         BundlePerScreenPreference screen;
         screen.screenOrdinal = entry.screenOrdinal;
         // Reported with a literal "[]": the entry's index is deliberately not part of the path.
-        screen.preferredMode =
-            mapWire<DisplayMode>(entry.preferredMode, "display.preferred_per_screen[].preferred_mode", reports);
+        screen.preferredMode
+            = mapWire<DisplayMode>(entry.preferredMode, "display.preferred_per_screen[].preferred_mode", reports);
         screen.preferredCollageLayout = mapWire<CollageLayout>(
             entry.preferredCollageLayout, "display.preferred_per_screen[].preferred_collage_layout", reports);
         d.preferredPerScreen.push_back(screen);

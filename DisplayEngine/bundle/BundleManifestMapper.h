@@ -12,8 +12,7 @@ namespace sorvane {
 
 // Turns the manifest's strings into typed preferences. An unrecognised value
 // never fails: it becomes the default and leaves one report, in field order.
-class BundleManifestMapper
-{
+class BundleManifestMapper {
 public:
     static BundlePlaybackPreferences playback(const BundleManifest &manifest, std::vector<BundleReport> &reports);
     static BundleDisplayPreferences display(const BundleManifest &manifest, std::vector<BundleReport> &reports);

@@ -38,8 +38,8 @@ BundleCounts BundleCounts::fromJson(const QJsonObject &o)
     c.assetBytes = integer(o.value(L("asset_bytes")));
     c.originalFiles = integer(o.value(L("original_files")));
     c.originalBytes = integer(o.value(L("original_bytes")));
-    c.unknownMemberCount = countUnknown(
-        o, {L("items"), L("asset_files"), L("asset_bytes"), L("original_files"), L("original_bytes")});
+    c.unknownMemberCount
+        = countUnknown(o, {L("items"), L("asset_files"), L("asset_bytes"), L("original_files"), L("original_bytes")});
     return c;
 }
 
@@ -85,8 +85,8 @@ BundleDerivatives BundleDerivatives::fromJson(const QJsonObject &o)
     d.filtersBakedIn = boolean(o.value(L("filters_baked_in")));
     d.orientationBakedIn = boolean(o.value(L("orientation_baked_in")));
     d.metadataStripped = boolean(o.value(L("metadata_stripped")));
-    d.unknownMemberCount = countUnknown(
-        o, {L("tiers"), L("filters_baked_in"), L("orientation_baked_in"), L("metadata_stripped")});
+    d.unknownMemberCount
+        = countUnknown(o, {L("tiers"), L("filters_baked_in"), L("orientation_baked_in"), L("metadata_stripped")});
     return d;
 }
 

@@ -13,8 +13,7 @@ namespace sorvane {
 // a handful of optional members with no behaviour of its own.
 
 // `created_by` (counted).
-struct BundleCreatedBy
-{
+struct BundleCreatedBy {
     std::optional<QString> app;
     std::optional<QString> appVersion;
     std::optional<QString> platform;
@@ -27,8 +26,7 @@ struct BundleCreatedBy
 };
 
 // `counts` (counted).
-struct BundleCounts
-{
+struct BundleCounts {
     std::optional<qint64> items;
     std::optional<qint64> assetFiles;
     std::optional<qint64> assetBytes;
@@ -42,8 +40,7 @@ struct BundleCounts
 };
 
 // `derivatives.tiers[]` (not counted).
-struct BundleTier
-{
+struct BundleTier {
     std::optional<QString> name;
     std::optional<qint64> targetLongEdge;
     std::optional<QString> dir;
@@ -54,8 +51,7 @@ struct BundleTier
 };
 
 // `derivatives` (counted).
-struct BundleDerivatives
-{
+struct BundleDerivatives {
     std::optional<std::vector<BundleTier>> tiers;
     std::optional<bool> filtersBakedIn;
     std::optional<bool> orientationBakedIn;
@@ -68,8 +64,7 @@ struct BundleDerivatives
 };
 
 // `players[]` (not counted).
-struct BundlePlayerEntry
-{
+struct BundlePlayerEntry {
     std::optional<QString> platform;
     std::optional<QString> entry;
     std::optional<QString> payloadDir;

@@ -16,8 +16,7 @@
 namespace sorvane {
 
 // One playable item of an opened bundle with the files that passed verification.
-class BundleMediaItem
-{
+class BundleMediaItem {
 public:
     BundleItem raw;
     QString id;

@@ -9,8 +9,7 @@ namespace sorvane {
 // How deep the per-file checks of an open go, cheapest first.
 enum class BundleVerification { sizeAndCount, decode, full };
 
-struct BundleOpenOptions
-{
+struct BundleOpenOptions {
     BundleVerification verification = BundleVerification::sizeAndCount;
     // Consulted for `decode` and `full`; without one those levels check no decoding.
     std::shared_ptr<const BundleAssetProbing> assetProbe;

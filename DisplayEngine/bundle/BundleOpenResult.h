@@ -12,8 +12,7 @@
 namespace sorvane {
 
 // Exactly one of `bundle` and `error` is set; `integrity` always is.
-struct BundleOpenResult
-{
+struct BundleOpenResult {
     std::shared_ptr<OpenedBundle> bundle;
     std::optional<BundleError> error;
     std::shared_ptr<BundleIntegrity> integrity;

@@ -18,8 +18,7 @@ std::vector<qsizetype> manifestOrder(qsizetype count)
     return positions;
 }
 
-BundleOrderingResult orderByDate(const std::vector<BundleItem> &items,
-                                 std::optional<QString> BundleItem::*key)
+BundleOrderingResult orderByDate(const std::vector<BundleItem> &items, std::optional<QString> BundleItem::*key)
 {
     const auto count = qsizetype(items.size());
     // Milliseconds since the epoch; every slot is overwritten before the sort.
@@ -45,8 +44,8 @@ BundleOrderingResult orderByDate(const std::vector<BundleItem> &items,
 
 } // namespace
 
-BundleOrderingResult BundleOrdering::order(const std::vector<BundleItem> &items, BundleSort sort,
-                                           std::optional<quint64> shuffleSeed)
+BundleOrderingResult BundleOrdering::order(
+    const std::vector<BundleItem> &items, BundleSort sort, std::optional<quint64> shuffleSeed)
 {
     switch (sort) {
     case BundleSort::sequential:

@@ -8,8 +8,7 @@
 
 namespace sorvane {
 
-struct BundleOrderingResult
-{
+struct BundleOrderingResult {
     // 0-based indices into the item list given to the ordering.
     std::vector<qsizetype> positions;
     // A date sort met an item without a usable date, so manifest order was used.
@@ -19,11 +18,10 @@ struct BundleOrderingResult
 };
 
 // Turns a manifest's sort and seed into the reproducible play order of its items.
-class BundleOrdering
-{
+class BundleOrdering {
 public:
-    static BundleOrderingResult order(const std::vector<BundleItem> &items, BundleSort sort,
-                                      std::optional<quint64> shuffleSeed);
+    static BundleOrderingResult order(
+        const std::vector<BundleItem> &items, BundleSort sort, std::optional<quint64> shuffleSeed);
 };
 
 } // namespace sorvane

@@ -8,8 +8,7 @@
 
 namespace sorvane {
 
-struct BundlePerScreenPreference
-{
+struct BundlePerScreenPreference {
     std::optional<qint64> screenOrdinal;
     DisplayMode preferredMode = DisplayMode::standard;
     CollageLayout preferredCollageLayout = CollageLayout::flow;

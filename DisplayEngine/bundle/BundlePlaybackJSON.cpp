@@ -59,11 +59,10 @@ BundlePlaybackJSON BundlePlaybackJSON::fromJson(const QJsonObject &o)
     p.showProgress = boolean(o.value(L("show_progress")));
     if (const auto flow = object(o.value(L("flow"))))
         p.flow = BundleFlowJSON::fromJson(*flow);
-    p.unknownMemberCount = countUnknown(
-        o, {L("mode"), L("collage_layout"), L("interval_seconds"), L("auto_advance"), L("loop"),
-            L("reshuffle_on_loop"), L("sort"), L("shuffle_seed"), L("crossfade"), L("transition_seconds"),
-            L("image_scaling"), L("background"), L("image_filter"), L("show_image_info"),
-            L("file_display_format"), L("show_progress"), L("flow")});
+    p.unknownMemberCount = countUnknown(o,
+        {L("mode"), L("collage_layout"), L("interval_seconds"), L("auto_advance"), L("loop"), L("reshuffle_on_loop"),
+            L("sort"), L("shuffle_seed"), L("crossfade"), L("transition_seconds"), L("image_scaling"), L("background"),
+            L("image_filter"), L("show_image_info"), L("file_display_format"), L("show_progress"), L("flow")});
     return p;
 }
 

@@ -9,8 +9,7 @@
 namespace sorvane {
 
 // `playback.flow`: settings of the flow collage wall (unknown members not counted).
-struct BundleFlowJSON
-{
+struct BundleFlowJSON {
     std::optional<QString> orientation;
     std::optional<qint64> columnAdjustment;
     std::optional<bool> infiniteScroll;
@@ -27,8 +26,7 @@ struct BundleFlowJSON
 };
 
 // `playback`: the bundle author's suggested playback settings.
-struct BundlePlaybackJSON
-{
+struct BundlePlaybackJSON {
     std::optional<QString> mode;
     std::optional<QString> collageLayout;
     std::optional<double> intervalSeconds;

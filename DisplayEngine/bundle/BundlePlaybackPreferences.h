@@ -16,8 +16,7 @@ namespace sorvane {
 // A bundle's playback suggestions, typed. Enumerations always hold a value (the
 // default when the manifest had none); numbers and flags stay absent when absent,
 // and the *OrDefault accessors give the slideshow engine's defaults.
-struct BundlePlaybackPreferences
-{
+struct BundlePlaybackPreferences {
     DisplayMode mode = DisplayMode::standard;
     CollageLayout collageLayout = CollageLayout::flow;
     std::optional<double> intervalSeconds;

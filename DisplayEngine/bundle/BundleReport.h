@@ -19,8 +19,7 @@ enum class BundleReportCode {
 QString toString(BundleReportCode code);
 
 // A non-fatal finding of the reader or of playback.
-struct BundleReport
-{
+struct BundleReport {
     BundleReportCode code = BundleReportCode::itemAssetMissing;
     QString message;
     std::optional<QString> itemId;

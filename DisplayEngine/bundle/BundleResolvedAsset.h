@@ -8,8 +8,7 @@
 namespace sorvane {
 
 // A tier's file that passed verification at open time.
-struct BundleResolvedAsset
-{
+struct BundleResolvedAsset {
     QString key; // the tier name
     BundleAsset asset;
     QString absolutePath;

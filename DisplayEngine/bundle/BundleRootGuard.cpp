@@ -15,8 +15,7 @@ fs::path toPath(const QString &text)
 
 } // namespace
 
-BundleRootGuard::BundleRootGuard(const QString &root)
-    : m_root(toPath(root))
+BundleRootGuard::BundleRootGuard(const QString &root) : m_root(toPath(root))
 {
     std::error_code error;
     m_canonicalRoot = fs::weakly_canonical(m_root, error);

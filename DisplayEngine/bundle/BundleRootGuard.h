@@ -12,16 +12,14 @@ namespace sorvane {
 // root, following symbolic links wherever they are in the path. Folders are
 // canonicalised once each, so checking thousands of assets costs about one
 // lstat per file. Not thread-safe; one guard per open.
-class BundleRootGuard
-{
+class BundleRootGuard {
 public:
     enum class Status { regularFile, absent, escapes };
 
-    struct Resolution
-    {
+    struct Resolution {
         Status status = Status::absent;
         QString absolutePath; // set for regularFile
-        qint64 size = 0;      // set for regularFile
+        qint64 size = 0; // set for regularFile
     };
 
     explicit BundleRootGuard(const QString &root);

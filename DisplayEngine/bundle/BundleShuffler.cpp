@@ -6,11 +6,7 @@
 
 namespace sorvane {
 
-BundleShuffler::BundleShuffler(quint64 seed)
-    : generator(seed)
-    , seed(seed)
-{
-}
+BundleShuffler::BundleShuffler(quint64 seed) : generator(seed), seed(seed) { }
 
 std::vector<qsizetype> BundleShuffler::shuffledIndices(qsizetype count)
 {

@@ -8,8 +8,7 @@ namespace sorvane {
 
 // Seeded Fisher–Yates shuffle of item positions; the draw order is part of the
 // bundle format, since it decides the play order of a seeded bundle.
-class BundleShuffler
-{
+class BundleShuffler {
 public:
     explicit BundleShuffler(quint64 seed);
 

@@ -8,8 +8,7 @@ namespace sorvane {
 
 namespace {
 
-struct IsoForm
-{
+struct IsoForm {
     QRegularExpression shape;
     Qt::DateFormat format;
 };
@@ -24,9 +23,9 @@ const std::array<IsoForm, 2> &isoForms()
         const QString date = QStringLiteral("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}");
         const QString zone = QStringLiteral("(?:Z|[+-][0-9]{2}:[0-9]{2})");
         std::array<IsoForm, 2> made = {
-            IsoForm{QRegularExpression(QRegularExpression::anchoredPattern(date + zone)), Qt::ISODate},
-            IsoForm{QRegularExpression(QRegularExpression::anchoredPattern(date + QStringLiteral("\\.[0-9]+") + zone)),
-                    Qt::ISODateWithMs},
+            IsoForm {QRegularExpression(QRegularExpression::anchoredPattern(date + zone)), Qt::ISODate},
+            IsoForm {QRegularExpression(QRegularExpression::anchoredPattern(date + QStringLiteral("\\.[0-9]+") + zone)),
+                Qt::ISODateWithMs},
         };
         for (IsoForm &form : made)
             form.shape.optimize();

@@ -9,8 +9,7 @@ namespace sorvane {
 
 // The manifest's ISO 8601 UTC times: read with or without fractional seconds,
 // written without.
-class BundleTimestamp
-{
+class BundleTimestamp {
 public:
     // Absent, blank (spaces and tabs only) or unparsable text reads as no date.
     // Accepts the internet date-time form ending in "Z" or a "+hh:mm"/"-hh:mm" offset;

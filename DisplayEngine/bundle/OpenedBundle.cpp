@@ -26,7 +26,8 @@ std::optional<QUrl> OpenedBundle::markUndecodable(const QString &itemId, const Q
 
     BundleReport report;
     report.code = BundleReportCode::itemAssetUndecodable;
-    report.message = QStringLiteral("Item %1: %2 decoded as garbage; fell down the resolution ladder.").arg(itemId, tier);
+    report.message
+        = QStringLiteral("Item %1: %2 decoded as garbage; fell down the resolution ladder.").arg(itemId, tier);
     report.itemId = itemId;
     if (const auto found = target->resolved.find(tier); found != target->resolved.end())
         report.assetPath = found->second.asset.path;
@@ -43,7 +44,7 @@ std::optional<QUrl> OpenedBundle::markUndecodable(const QString &itemId, const Q
         });
     if (!alreadyListed) {
         integrity->missingItems.push_back({itemId, BundleReportCode::itemAssetUndecodable,
-                                           QStringLiteral("every rung of the resolution ladder failed to decode")});
+            QStringLiteral("every rung of the resolution ladder failed to decode")});
     }
     return std::nullopt;
 }

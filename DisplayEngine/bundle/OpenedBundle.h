@@ -17,8 +17,7 @@ namespace sorvane {
 
 // A bundle that opened. Owned by whoever plays it; reports and the integrity
 // record keep growing as files fail on screen. Main thread only.
-class OpenedBundle
-{
+class OpenedBundle {
 public:
     BundleOpenOptions options;
     std::vector<BundleReport> mutableReports;

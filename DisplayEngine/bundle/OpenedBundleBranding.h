@@ -8,8 +8,7 @@
 
 namespace sorvane {
 
-struct OpenedBundleBranding
-{
+struct OpenedBundleBranding {
     std::optional<QString> displayName;
     std::optional<QUrl> logoURL;
     bool holding = false;

@@ -7,14 +7,9 @@ namespace sorvane {
 // Seeding on the system stream collapses to state = seed × multiplier + 0x51EBDA032857265A.
 static_assert(Pcg32::increment * Pcg32::multiplier + Pcg32::increment == 0x51EBDA032857265AULL);
 
-Pcg32::Pcg32(quint64 seed)
-    : Pcg32(seed, streamSelector)
-{
-}
+Pcg32::Pcg32(quint64 seed) : Pcg32(seed, streamSelector) { }
 
-Pcg32::Pcg32(quint64 initState, quint64 initSequence)
-    : m_state(0)
-    , m_increment((initSequence << 1) | 1U)
+Pcg32::Pcg32(quint64 initState, quint64 initSequence) : m_state(0), m_increment((initSequence << 1) | 1U)
 {
     step();
     m_state += initState;

@@ -7,8 +7,7 @@ namespace sorvane {
 // PCG XSH-RR 64/32: the one seeded generator behind every reproducible shuffle.
 // Bundles must play in the same order on every machine, so the platform's own
 // generators are never used for that.
-class Pcg32
-{
+class Pcg32 {
 public:
     static constexpr quint64 multiplier = 0x5851F42D4C957F2DULL;
     // Fixed stream of the system; not derived from the seed.

@@ -11,8 +11,7 @@ namespace sorvane {
 
 namespace {
 
-struct DigestDeleter
-{
+struct DigestDeleter {
     void operator()(EVP_MD_CTX *context) const { EVP_MD_CTX_free(context); }
 };
 using DigestContext = std::unique_ptr<EVP_MD_CTX, DigestDeleter>;

@@ -7,8 +7,7 @@
 namespace sorvane {
 
 // SHA-256 in lower-case hexadecimal, streamed so that a large video is never held in memory.
-class Sha256
-{
+class Sha256 {
 public:
     static QString ofBytes(QByteArrayView bytes);
     // Nothing when the file cannot be opened or read to its end.

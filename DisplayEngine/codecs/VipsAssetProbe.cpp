@@ -11,8 +11,7 @@ namespace sorvane {
 
 namespace {
 
-struct ImageRef
-{
+struct ImageRef {
     VipsImage *image = nullptr;
     ~ImageRef()
     {

@@ -6,8 +6,7 @@ namespace sorvane {
 
 // Decides decodability with libvips: the file must be an image, complete, and
 // make a small thumbnail. Never trusts the file's extension.
-class VipsAssetProbe final : public BundleAssetProbing
-{
+class VipsAssetProbe final : public BundleAssetProbing {
 public:
     // Larger images are treated as undecodable so that a hostile file cannot exhaust memory.
     static constexpr qint64 maxPixels = qint64(1) << 28;

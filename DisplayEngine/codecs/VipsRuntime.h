@@ -3,8 +3,7 @@
 namespace sorvane {
 
 // libvips must be started once per process before any call; every codec class asks here.
-class VipsRuntime
-{
+class VipsRuntime {
 public:
     // True when libvips is ready. Safe to call from any thread, any number of times.
     static bool ensureStarted();

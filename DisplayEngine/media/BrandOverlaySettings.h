@@ -8,8 +8,7 @@
 namespace sorvane {
 
 // The brand overlay: one logo in a corner of every slide.
-struct BrandOverlaySettings
-{
+struct BrandOverlaySettings {
     bool enabled = false;
     std::optional<QString> imagePath;
     OverlayCorner corner = OverlayCorner::bottomRight;

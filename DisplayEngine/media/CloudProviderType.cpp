@@ -19,8 +19,7 @@ QString toRaw(CloudProviderType provider)
     return {};
 }
 
-template <>
-std::optional<CloudProviderType> fromRaw<CloudProviderType>(QStringView raw)
+template <> std::optional<CloudProviderType> fromRaw<CloudProviderType>(QStringView raw)
 {
     for (const CloudProviderType provider : allCloudProviderTypes) {
         if (raw == toRaw(provider))

@@ -12,14 +12,13 @@ namespace sorvane {
 enum class CloudProviderType { googleDrive, googlePhotos, icloud, dropbox, onedrive };
 
 // Every store, in the order pickers list them.
-inline constexpr std::array<CloudProviderType, 5> allCloudProviderTypes{
-    CloudProviderType::googleDrive, CloudProviderType::googlePhotos, CloudProviderType::icloud,
-    CloudProviderType::dropbox, CloudProviderType::onedrive};
+inline constexpr std::array<CloudProviderType, 5> allCloudProviderTypes {CloudProviderType::googleDrive,
+    CloudProviderType::googlePhotos, CloudProviderType::icloud, CloudProviderType::dropbox,
+    CloudProviderType::onedrive};
 
 // "google_drive", "google_photos", "icloud_photos", "dropbox" or "onedrive".
 QString toRaw(CloudProviderType provider);
-template <>
-std::optional<CloudProviderType> fromRaw<CloudProviderType>(QStringView raw);
+template <> std::optional<CloudProviderType> fromRaw<CloudProviderType>(QStringView raw);
 
 // The store's name as shown to the user, e.g. "Google Drive".
 QString displayName(CloudProviderType provider);

@@ -10,8 +10,7 @@
 namespace sorvane {
 
 // Where an item that comes from an online store lives in that store.
-struct CloudSource
-{
+struct CloudSource {
     CloudProviderType provider = CloudProviderType::googleDrive;
     QString accountId;
     QString imageId;

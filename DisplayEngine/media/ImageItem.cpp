@@ -6,21 +6,13 @@
 
 namespace sorvane {
 
-ImageItem::ImageItem(QUrl url, QString relativePath, qint64 originalIndex, bool isAnimated,
-                     AnimationType animationType, std::optional<CloudSource> cloudSource,
-                     std::optional<ImageMetadata> metadata, MediaType mediaType, std::optional<VideoTier> videoTier,
-                     bool isCloudOnlyVideo)
-    : m_id(QUuid::createUuid())
-    , m_url(std::move(url))
-    , m_relativePath(std::move(relativePath))
-    , m_originalIndex(originalIndex)
-    , m_isAnimated(isAnimated)
-    , m_animationType(animationType)
-    , m_cloudSource(std::move(cloudSource))
-    , m_metadata(std::move(metadata))
-    , m_mediaType(mediaType)
-    , m_videoTier(videoTier)
-    , m_isCloudOnlyVideo(isCloudOnlyVideo)
+ImageItem::ImageItem(QUrl url, QString relativePath, qint64 originalIndex, bool isAnimated, AnimationType animationType,
+    std::optional<CloudSource> cloudSource, std::optional<ImageMetadata> metadata, MediaType mediaType,
+    std::optional<VideoTier> videoTier, bool isCloudOnlyVideo)
+    : m_id(QUuid::createUuid()), m_url(std::move(url)), m_relativePath(std::move(relativePath)),
+      m_originalIndex(originalIndex), m_isAnimated(isAnimated), m_animationType(animationType),
+      m_cloudSource(std::move(cloudSource)), m_metadata(std::move(metadata)), m_mediaType(mediaType),
+      m_videoTier(videoTier), m_isCloudOnlyVideo(isCloudOnlyVideo)
 {
 }
 

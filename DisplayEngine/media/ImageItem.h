@@ -17,16 +17,14 @@ namespace sorvane {
 // One photo or video to show. Everything that handles media passes these,
 // never a bare URL, because the same file may be listed twice and each listing
 // is a separate item: `id` is the identity, the URL is not.
-class ImageItem
-{
+class ImageItem {
 public:
     // Makes a new item with a fresh `id`. The defaults describe a plain local
     // still image, so `ImageItem(QUrl::fromLocalFile(path))` is such an item.
     explicit ImageItem(QUrl url, QString relativePath = {}, qint64 originalIndex = 0, bool isAnimated = false,
-                       AnimationType animationType = AnimationType::none,
-                       std::optional<CloudSource> cloudSource = std::nullopt,
-                       std::optional<ImageMetadata> metadata = std::nullopt, MediaType mediaType = MediaType::image,
-                       std::optional<VideoTier> videoTier = std::nullopt, bool isCloudOnlyVideo = false);
+        AnimationType animationType = AnimationType::none, std::optional<CloudSource> cloudSource = std::nullopt,
+        std::optional<ImageMetadata> metadata = std::nullopt, MediaType mediaType = MediaType::image,
+        std::optional<VideoTier> videoTier = std::nullopt, bool isCloudOnlyVideo = false);
 
     const QUuid &id() const { return m_id; }
     // The file on disk; for a cloud item, the local path or placeholder standing for it.

@@ -39,8 +39,7 @@ QJsonObject ImageMetadata::Location::toJson() const
     return writer.object();
 }
 
-std::optional<ImageMetadata::Location> ImageMetadata::Location::fromJson(const QJsonObject &object,
-                                                                         QString *error)
+std::optional<ImageMetadata::Location> ImageMetadata::Location::fromJson(const QJsonObject &object, QString *error)
 {
     JsonReader reader(object);
     Location location;

@@ -11,11 +11,9 @@ namespace sorvane {
 
 // What is known about a file beyond its URL: what an online store reported
 // for it, or what was read from its EXIF.
-struct ImageMetadata
-{
+struct ImageMetadata {
     // A GPS position in degrees.
-    struct Location
-    {
+    struct Location {
         double latitude = 0.0;
         double longitude = 0.0;
 

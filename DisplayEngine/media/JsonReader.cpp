@@ -7,10 +7,7 @@
 
 namespace sorvane {
 
-JsonReader::JsonReader(const QJsonObject &object)
-    : m_object(object)
-{
-}
+JsonReader::JsonReader(const QJsonObject &object) : m_object(object) { }
 
 void JsonReader::fail(QLatin1StringView key, const QString &message)
 {

@@ -18,8 +18,7 @@ namespace sorvane {
 // not taken for a partial one. The first error is kept and the later reads
 // become no-ops returning defaults, which lets a decoder read every field
 // straight through and check once at the end.
-class JsonReader
-{
+class JsonReader {
 public:
     explicit JsonReader(const QJsonObject &object);
 
@@ -35,8 +34,7 @@ public:
     std::optional<QJsonObject> optionalObject(QLatin1StringView key);
 
     // A string that must be one of the raw values of `Enum`.
-    template <typename Enum>
-    std::optional<Enum> rawValue(QLatin1StringView key)
+    template <typename Enum> std::optional<Enum> rawValue(QLatin1StringView key)
     {
         const QString raw = string(key);
         if (!ok())

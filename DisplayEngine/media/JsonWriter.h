@@ -13,8 +13,7 @@ namespace sorvane {
 // Keyed writes for the media records, the counterpart of JsonReader: absent
 // optionals are left out rather than written as null, and dates are written
 // as ISO 8601 UTC with milliseconds.
-class JsonWriter
-{
+class JsonWriter {
 public:
     void set(QLatin1StringView key, const QString &value);
     void set(QLatin1StringView key, double value);
@@ -24,8 +23,7 @@ public:
     void set(QLatin1StringView key, const QStringList &value);
     void set(QLatin1StringView key, const QJsonObject &value);
 
-    template <typename T>
-    void setIfPresent(QLatin1StringView key, const std::optional<T> &value)
+    template <typename T> void setIfPresent(QLatin1StringView key, const std::optional<T> &value)
     {
         if (value)
             set(key, *value);

@@ -15,8 +15,7 @@ QString toRaw(MediaType type)
     return {};
 }
 
-template <>
-std::optional<MediaType> fromRaw<MediaType>(QStringView raw)
+template <> std::optional<MediaType> fromRaw<MediaType>(QStringView raw)
 {
     for (const MediaType type : {MediaType::image, MediaType::video, MediaType::livePhoto}) {
         if (raw == toRaw(type))

@@ -11,7 +11,6 @@ enum class MediaType { image, video, livePhoto };
 
 // "image", "video" or "livePhoto".
 QString toRaw(MediaType type);
-template <>
-std::optional<MediaType> fromRaw<MediaType>(QStringView raw);
+template <> std::optional<MediaType> fromRaw<MediaType>(QStringView raw);
 
 } // namespace sorvane

@@ -9,8 +9,7 @@
 namespace sorvane {
 
 // One folder of an online store or of the local disk, as a folder picker lists it.
-struct StorageFolder
-{
+struct StorageFolder {
     QString id;
     // Raw value of the store's CloudProviderType. Kept as text because local
     // folders are listed too and have no store.

@@ -4,22 +4,22 @@ namespace sorvane::VideoExtensions {
 
 const QStringList &tier1Extensions()
 {
-    static const QStringList extensions{QStringLiteral("mp4"), QStringLiteral("mov"), QStringLiteral("m4v"),
-                                        QStringLiteral("qt")};
+    static const QStringList extensions {
+        QStringLiteral("mp4"), QStringLiteral("mov"), QStringLiteral("m4v"), QStringLiteral("qt")};
     return extensions;
 }
 
 const QStringList &tier2Extensions()
 {
-    static const QStringList extensions{QStringLiteral("3gp"), QStringLiteral("3gpp"), QStringLiteral("mts"),
-                                        QStringLiteral("m2ts")};
+    static const QStringList extensions {
+        QStringLiteral("3gp"), QStringLiteral("3gpp"), QStringLiteral("mts"), QStringLiteral("m2ts")};
     return extensions;
 }
 
 const QStringList &tier3Extensions()
 {
-    static const QStringList extensions{QStringLiteral("avi"), QStringLiteral("mkv"),  QStringLiteral("wmv"),
-                                        QStringLiteral("webm"), QStringLiteral("flv"), QStringLiteral("rmvb")};
+    static const QStringList extensions {QStringLiteral("avi"), QStringLiteral("mkv"), QStringLiteral("wmv"),
+        QStringLiteral("webm"), QStringLiteral("flv"), QStringLiteral("rmvb")};
     return extensions;
 }
 

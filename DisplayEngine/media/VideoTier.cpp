@@ -15,8 +15,7 @@ QString toRaw(VideoTier tier)
     return {};
 }
 
-template <>
-std::optional<VideoTier> fromRaw<VideoTier>(QStringView raw)
+template <> std::optional<VideoTier> fromRaw<VideoTier>(QStringView raw)
 {
     for (const VideoTier tier : {VideoTier::tier1, VideoTier::tier2, VideoTier::tier3}) {
         if (raw == toRaw(tier))

@@ -11,7 +11,6 @@ enum class VideoTier { tier1, tier2, tier3 };
 
 // "tier1", "tier2" or "tier3".
 QString toRaw(VideoTier tier);
-template <>
-std::optional<VideoTier> fromRaw<VideoTier>(QStringView raw);
+template <> std::optional<VideoTier> fromRaw<VideoTier>(QStringView raw);
 
 } // namespace sorvane

@@ -29,7 +29,7 @@ BundleFixture::BundleFixture()
     manifest.format = QStringLiteral("sorvane.bundle");
     manifest.formatVersion = 2;
     manifest.minReaderVersion = 1;
-    manifest.items = std::vector<BundleItem>{};
+    manifest.items = std::vector<BundleItem> {};
     manifest.itemsKeyPresent = true;
 }
 
@@ -54,8 +54,8 @@ BundleAsset BundleFixture::assetFor(const QString &relative, const QByteArray &b
     return asset;
 }
 
-BundleItem &BundleFixture::addItem(const QString &id, std::initializer_list<std::pair<QString, int>> tierSizes,
-                                   const QString &mediaType)
+BundleItem &BundleFixture::addItem(
+    const QString &id, std::initializer_list<std::pair<QString, int>> tierSizes, const QString &mediaType)
 {
     BundleItem item;
     item.id = id;

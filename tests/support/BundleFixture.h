@@ -13,8 +13,7 @@ namespace sorvane::test {
 
 // A real bundle in a temporary folder: files are written to disk, and the
 // manifest is built as a typed value and serialized with the engine's writer.
-class BundleFixture
-{
+class BundleFixture {
 public:
     BundleFixture();
 
@@ -31,7 +30,7 @@ public:
     // Writes a file of `size` deterministic bytes for each tier and adds an image item
     // (media_type "image") whose assets describe those files exactly.
     BundleItem &addItem(const QString &id, std::initializer_list<std::pair<QString, int>> tierSizes,
-                        const QString &mediaType = QStringLiteral("image"));
+        const QString &mediaType = QStringLiteral("image"));
 
     // A manifest that opens: format, versions and an (empty) items array.
     BundleManifest manifest;

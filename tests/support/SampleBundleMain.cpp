@@ -19,8 +19,7 @@ using namespace sorvane;
 
 namespace {
 
-struct Shape
-{
+struct Shape {
     int width;
     int height;
 };
@@ -96,15 +95,15 @@ int main(int argc, char *argv[])
     manifest.bundleId = QStringLiteral("sample-bundle-0001");
     manifest.title = QStringLiteral("Sorvane sample");
     manifest.createdUtc = QStringLiteral("2026-01-01T12:00:00Z");
-    manifest.createdBy = BundleCreatedBy{QStringLiteral("sorvane-sample-bundle"), QStringLiteral("1"),
-                                         QStringLiteral("linux"), 1, 0};
+    manifest.createdBy
+        = BundleCreatedBy {QStringLiteral("sorvane-sample-bundle"), QStringLiteral("1"), QStringLiteral("linux"), 1, 0};
     manifest.flavor = QStringLiteral("media-only");
     manifest.includeOriginals = false;
-    manifest.derivatives = BundleDerivatives{
-        std::vector<BundleTier>{{BundleFormat::tierTile, BundleFormat::tileLongEdge, QStringLiteral("media/tile")},
-                                {BundleFormat::tierFull, BundleFormat::fullLongEdge, QStringLiteral("media/full")}},
+    manifest.derivatives = BundleDerivatives {
+        std::vector<BundleTier> {{BundleFormat::tierTile, BundleFormat::tileLongEdge, QStringLiteral("media/tile")},
+            {BundleFormat::tierFull, BundleFormat::fullLongEdge, QStringLiteral("media/full")}},
         false, true, true, 0};
-    manifest.playback = BundlePlaybackJSON{};
+    manifest.playback = BundlePlaybackJSON {};
     manifest.playback->sort = QStringLiteral("random");
     manifest.playback->shuffleSeed = 7;
     manifest.playback->intervalSeconds = 5.0;
@@ -123,7 +122,8 @@ int main(int argc, char *argv[])
         item.sourceName = QStringLiteral("photo-%1.jpg").arg(i + 1, 2, 10, QLatin1Char('0'));
         item.sourceCreatedUtc = QStringLiteral("2025-0%1-1%2T09:30:00Z").arg(1 + i % 9).arg(i % 10);
         item.sourceModifiedUtc = item.sourceCreatedUtc;
-        for (const auto &[tier, longEdge] : {std::pair{BundleFormat::tierTile, 400}, std::pair{BundleFormat::tierFull, 1080}}) {
+        for (const auto &[tier, longEdge] :
+            {std::pair {BundleFormat::tierTile, 400}, std::pair {BundleFormat::tierFull, 1080}}) {
             const double scale = double(longEdge) / std::max(shape.width, shape.height);
             const int w = int(shape.width * scale), h = int(shape.height * scale);
             const QString relative = QStringLiteral("media/%1/%2.jpg").arg(tier, id);
@@ -132,7 +132,7 @@ int main(int argc, char *argv[])
             g_object_unref(image);
             if (!ok) {
                 std::fprintf(stderr, "sorvane-sample-bundle: could not write %s: %s\n", qPrintable(relative),
-                             vips_error_buffer());
+                    vips_error_buffer());
                 return 1;
             }
             item.assets.emplace_back(tier, describe(root, relative, w, h));
@@ -151,9 +151,9 @@ int main(int argc, char *argv[])
     branding.displayName = QStringLiteral("Sorvane");
     branding.logoAsset = BundleFormat::logoPath;
     branding.holding = true;
-    branding.overlay = BundleBrandingOverlayJson{true, QStringLiteral("bottom_right"), 8.0, 0.7, 2.0, 0};
+    branding.overlay = BundleBrandingOverlayJson {true, QStringLiteral("bottom_right"), 8.0, 0.7, 2.0, 0};
     manifest.branding = branding;
-    manifest.counts = BundleCounts{qint64(items.size()), assetFiles, assetBytes, 0, 0, 0};
+    manifest.counts = BundleCounts {qint64(items.size()), assetFiles, assetBytes, 0, 0, 0};
 
     QFile file(root + QLatin1Char('/') + BundleFormat::manifestFileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(manifest.toJson().serialize()) < 0) {

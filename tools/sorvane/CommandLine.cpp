@@ -23,8 +23,8 @@ Run 'sorvane <command> --help' for the options of a command.
 
 void configureLogging(bool verbose)
 {
-    QLoggingCategory::setFilterRules(verbose ? QStringLiteral("sorvane.*=true")
-                                             : QStringLiteral("sorvane.*.debug=false\nsorvane.*.info=false"));
+    QLoggingCategory::setFilterRules(
+        verbose ? QStringLiteral("sorvane.*=true") : QStringLiteral("sorvane.*.debug=false\nsorvane.*.info=false"));
 }
 
 int run(const QStringList &arguments, QTextStream &out, QTextStream &err)

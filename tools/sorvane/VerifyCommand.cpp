@@ -62,15 +62,15 @@ int runVerify(const QStringList &arguments, QTextStream &out, QTextStream &err)
 {
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    const QCommandLineOption levelOption(QStringLiteral("level"), QString(), QStringLiteral("level"),
-                                         QStringLiteral("size"));
+    const QCommandLineOption levelOption(
+        QStringLiteral("level"), QString(), QStringLiteral("level"), QStringLiteral("size"));
     const QCommandLineOption jsonOption(QStringLiteral("json"));
     const QCommandLineOption verboseOption(QStringLiteral("verbose"));
-    const QCommandLineOption helpOption(QStringList{QStringLiteral("h"), QStringLiteral("help")});
+    const QCommandLineOption helpOption(QStringList {QStringLiteral("h"), QStringLiteral("help")});
     parser.addOptions({levelOption, jsonOption, verboseOption, helpOption});
     parser.addPositionalArgument(QStringLiteral("PATH"), QString());
 
-    if (!parser.parse(QStringList{QStringLiteral("sorvane verify")} + arguments))
+    if (!parser.parse(QStringList {QStringLiteral("sorvane verify")} + arguments))
         return usageError(err, parser.errorText());
     if (parser.isSet(helpOption)) {
         out << verifyHelp;
@@ -83,8 +83,8 @@ int runVerify(const QStringList &arguments, QTextStream &out, QTextStream &err)
         return usageError(err, QStringLiteral("one bundle at a time (got %1 paths).").arg(paths.size()));
     const auto level = parseLevel(parser.value(levelOption));
     if (!level) {
-        return usageError(err, QStringLiteral("unknown level '%1' (use size, decode or full).")
-                                   .arg(parser.value(levelOption)));
+        return usageError(
+            err, QStringLiteral("unknown level '%1' (use size, decode or full).").arg(parser.value(levelOption)));
     }
     configureLogging(parser.isSet(verboseOption));
 
@@ -98,7 +98,7 @@ int runVerify(const QStringList &arguments, QTextStream &out, QTextStream &err)
     if (result.bundle)
         order = result.bundle->playOrder();
 
-    const VerifyOutput output{paths.first(), *level, result, order};
+    const VerifyOutput output {paths.first(), *level, result, order};
     if (parser.isSet(jsonOption))
         out << output.json().serialize();
     else if (result.ok())

@@ -9,9 +9,12 @@ namespace sorvane::cli {
 QString toString(BundleVerification level)
 {
     switch (level) {
-    case BundleVerification::sizeAndCount: return QStringLiteral("size");
-    case BundleVerification::decode: return QStringLiteral("decode");
-    case BundleVerification::full: return QStringLiteral("full");
+    case BundleVerification::sizeAndCount:
+        return QStringLiteral("size");
+    case BundleVerification::decode:
+        return QStringLiteral("decode");
+    case BundleVerification::full:
+        return QStringLiteral("full");
     }
     return {};
 }
@@ -57,8 +60,7 @@ BundleJSON integrityJson(const BundleIntegrity &integrity)
     BundleJSON missing = BundleJSON::array();
     for (const BundleMissingItem &item : integrity.missingItems) {
         missing.append(BundleJSON::object({{QStringLiteral("itemId"), item.itemId},
-                                           {QStringLiteral("reason"), toString(item.reason)},
-                                           {QStringLiteral("detail"), item.detail}}));
+            {QStringLiteral("reason"), toString(item.reason)}, {QStringLiteral("detail"), item.detail}}));
     }
     j.insert(QStringLiteral("missingItems"), missing);
     return j;
@@ -76,10 +78,8 @@ BundleJSON itemJson(const BundleMediaItem &item)
         t.insert(QStringLiteral("h"), resolved.asset.h);
         tiers.insert(tier, t);
     }
-    return BundleJSON::object({{QStringLiteral("id"), item.id},
-                               {QStringLiteral("mediaType"), toRaw(item.mediaType)},
-                               {QStringLiteral("manifestIndex"), qint64(item.manifestIndex)},
-                               {QStringLiteral("tiers"), tiers}});
+    return BundleJSON::object({{QStringLiteral("id"), item.id}, {QStringLiteral("mediaType"), toRaw(item.mediaType)},
+        {QStringLiteral("manifestIndex"), qint64(item.manifestIndex)}, {QStringLiteral("tiers"), tiers}});
 }
 
 qint64 verifiedFileCount(const OpenedBundle &bundle)

@@ -10,8 +10,7 @@
 namespace sorvane::cli {
 
 // What `sorvane verify` prints about one open, for a person or as JSON.
-struct VerifyOutput
-{
+struct VerifyOutput {
     QString argument;
     BundleVerification level;
     const BundleOpenResult &result;

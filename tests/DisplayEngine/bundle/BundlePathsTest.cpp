@@ -8,8 +8,7 @@ namespace {
 
 TEST(BundlePaths, SafeRelativePaths)
 {
-    const struct
-    {
+    const struct {
         const char *path;
         bool safe;
     } table[] = {

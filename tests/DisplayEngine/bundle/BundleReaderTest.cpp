@@ -1,5 +1,5 @@
-#include "bundle/BundleOrdering.h"
 #include "bundle/BundleReader.h"
+#include "bundle/BundleOrdering.h"
 #include "support/BundleFixture.h"
 
 #include <QDir>
@@ -17,15 +17,14 @@ using test::BundleFixture;
 
 // Decodes exactly the files whose content starts with "IMG", like a codec that
 // recognises its own signature.
-class SignatureProbe final : public BundleAssetProbing
-{
+class SignatureProbe final : public BundleAssetProbing {
 public:
     std::optional<BundleProbeResult> probe(const QString &filePath) const override
     {
         QFile file(filePath);
         if (!file.open(QIODevice::ReadOnly) || file.read(3) != "IMG")
             return std::nullopt;
-        return BundleProbeResult{10, 10, file.size()};
+        return BundleProbeResult {10, 10, file.size()};
     }
 };
 
@@ -47,8 +46,7 @@ std::vector<QString> messages(const std::vector<BundleReport> &reports)
 
 // ---- Fatal errors, in the order the checks run --------------------------------
 
-struct ErrorCase
-{
+struct ErrorCase {
     const char *name;
     QByteArray manifest;
     BundleErrorCode code;
@@ -56,9 +54,7 @@ struct ErrorCase
     std::optional<QString> jsonPath;
 };
 
-class ReaderErrors : public testing::TestWithParam<ErrorCase>
-{
-};
+class ReaderErrors : public testing::TestWithParam<ErrorCase> { };
 
 TEST_P(ReaderErrors, FailWithTheirCodeMessageAndPath)
 {
@@ -76,30 +72,31 @@ TEST_P(ReaderErrors, FailWithTheirCodeMessageAndPath)
 
 const QByteArray head = R"("format":"sorvane.bundle","format_version":2,"min_reader_version":1)";
 
-INSTANTIATE_TEST_SUITE_P(
-    Manifests, ReaderErrors,
-    testing::Values(
-        ErrorCase{"array", "[1,2]", BundleErrorCode::manifestMalformed, "Manifest is not a JSON object.", std::nullopt},
-        ErrorCase{"no format", R"({"format_version":2,"min_reader_version":1,"items":[]})",
-                  BundleErrorCode::notABundle, "format is '<absent>', expected 'sorvane.bundle'.", "$.format"},
-        ErrorCase{"format with trailing blank", R"({"format":"sorvane.bundle ","items":[]})",
-                  BundleErrorCode::notABundle, "format is 'sorvane.bundle ', expected 'sorvane.bundle'.", "$.format"},
-        ErrorCase{"format checked before versions", R"({"format":"other"})", BundleErrorCode::notABundle,
-                  "format is 'other', expected 'sorvane.bundle'.", "$.format"},
-        ErrorCase{"format_version as text", R"({"format":"sorvane.bundle","format_version":"2","min_reader_version":1,"items":[]})",
-                  BundleErrorCode::manifestMalformed, "format_version is required.", "$.format_version"},
-        ErrorCase{"no min_reader_version", R"({"format":"sorvane.bundle","format_version":2,"items":[]})",
-                  BundleErrorCode::manifestMalformed, "min_reader_version is required.", "$.min_reader_version"},
-        ErrorCase{"future reader", R"({"format":"sorvane.bundle","format_version":9,"min_reader_version":2,"items":[]})",
-                  BundleErrorCode::unsupportedFutureVersion,
-                  "Bundle requires reader version 2; this reader is version 1.", "$.min_reader_version"},
-        ErrorCase{"no items", "{" + head + "}", BundleErrorCode::manifestMalformed, "items is required.", "$.items"},
-        ErrorCase{"items not an array", "{" + head + R"(,"items":{"id":"a"}})", BundleErrorCode::manifestMalformed,
-                  "items is required.", "$.items"},
-        ErrorCase{"item without id", "{" + head + R"(,"items":[{"id":"a"},{"id":"b"},{"media_type":"image"}]})",
-                  BundleErrorCode::manifestMalformed, "an item is missing its id.", "$.items[2].id"},
-        ErrorCase{"empty items", "{" + head + R"(,"items":[]})", BundleErrorCode::noPlayableMedia,
-                  "Manifest declared 0 items; none of them resolved to a usable asset.", std::nullopt}),
+INSTANTIATE_TEST_SUITE_P(Manifests, ReaderErrors,
+    testing::Values(ErrorCase {"array", "[1,2]", BundleErrorCode::manifestMalformed, "Manifest is not a JSON object.",
+                        std::nullopt},
+        ErrorCase {"no format", R"({"format_version":2,"min_reader_version":1,"items":[]})",
+            BundleErrorCode::notABundle, "format is '<absent>', expected 'sorvane.bundle'.", "$.format"},
+        ErrorCase {"format with trailing blank", R"({"format":"sorvane.bundle ","items":[]})",
+            BundleErrorCode::notABundle, "format is 'sorvane.bundle ', expected 'sorvane.bundle'.", "$.format"},
+        ErrorCase {"format checked before versions", R"({"format":"other"})", BundleErrorCode::notABundle,
+            "format is 'other', expected 'sorvane.bundle'.", "$.format"},
+        ErrorCase {"format_version as text",
+            R"({"format":"sorvane.bundle","format_version":"2","min_reader_version":1,"items":[]})",
+            BundleErrorCode::manifestMalformed, "format_version is required.", "$.format_version"},
+        ErrorCase {"no min_reader_version", R"({"format":"sorvane.bundle","format_version":2,"items":[]})",
+            BundleErrorCode::manifestMalformed, "min_reader_version is required.", "$.min_reader_version"},
+        ErrorCase {"future reader",
+            R"({"format":"sorvane.bundle","format_version":9,"min_reader_version":2,"items":[]})",
+            BundleErrorCode::unsupportedFutureVersion, "Bundle requires reader version 2; this reader is version 1.",
+            "$.min_reader_version"},
+        ErrorCase {"no items", "{" + head + "}", BundleErrorCode::manifestMalformed, "items is required.", "$.items"},
+        ErrorCase {"items not an array", "{" + head + R"(,"items":{"id":"a"}})", BundleErrorCode::manifestMalformed,
+            "items is required.", "$.items"},
+        ErrorCase {"item without id", "{" + head + R"(,"items":[{"id":"a"},{"id":"b"},{"media_type":"image"}]})",
+            BundleErrorCode::manifestMalformed, "an item is missing its id.", "$.items[2].id"},
+        ErrorCase {"empty items", "{" + head + R"(,"items":[]})", BundleErrorCode::noPlayableMedia,
+            "Manifest declared 0 items; none of them resolved to a usable asset.", std::nullopt}),
     [](const testing::TestParamInfo<ErrorCase> &info) { return std::to_string(info.index); });
 
 TEST(BundleReader, MissingManifestIsNotABundleAtTheRoot)
@@ -130,7 +127,7 @@ TEST(BundleReader, MalformedJsonCarriesTheParserCause)
 
 TEST(BundleReader, UnreadableManifestsFailWithoutReadingForever)
 {
-    {   // A pipe would block a naive reader forever.
+    { // A pipe would block a naive reader forever.
         BundleFixture fixture;
         ASSERT_EQ(mkfifo(QFile::encodeName(fixture.manifestPath()).constData(), 0600), 0);
         const BundleOpenResult result = BundleReader::open(fixture.root());
@@ -139,7 +136,7 @@ TEST(BundleReader, UnreadableManifestsFailWithoutReadingForever)
         EXPECT_TRUE(result.error->message.startsWith("Could not read the manifest: "));
         EXPECT_EQ(result.error->message, "Could not read the manifest: " + result.error->cause.value_or(""));
     }
-    {   // An oversized (sparse) manifest is refused before it is read.
+    { // An oversized (sparse) manifest is refused before it is read.
         BundleFixture fixture;
         QFile file(fixture.manifestPath());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -153,15 +150,15 @@ TEST(BundleReader, UnreadableManifestsFailWithoutReadingForever)
 
 TEST(BundleReader, DeeplyNestedAndNonUtf8ManifestsAreMalformed)
 {
-    for (const QByteArray &text : {QByteArray(100000, '[') + QByteArray(100000, ']'),
-                                   QByteArray("{\"format\":\"sorvane.bundle\xff\xfe\"}")}) {
+    for (const QByteArray &text :
+        {QByteArray(100000, '[') + QByteArray(100000, ']'), QByteArray("{\"format\":\"sorvane.bundle\xff\xfe\"}")}) {
         BundleFixture fixture;
         fixture.writeManifestText(text);
         const BundleOpenResult result = BundleReader::open(fixture.root());
         ASSERT_TRUE(result.error);
         // Either way it is a coded refusal, never a crash.
         EXPECT_TRUE(result.error->code == BundleErrorCode::manifestMalformed
-                    || result.error->code == BundleErrorCode::notABundle);
+            || result.error->code == BundleErrorCode::notABundle);
     }
 }
 
@@ -191,13 +188,13 @@ TEST(BundleReader, ItemWithoutIdKeepsTheReportsFoundBeforeIt)
     BundleFixture fixture;
     BundleItem &first = fixture.addItem("a", {{"full", 10}});
     first.assets[0].second.bytes = 11;
-    fixture.manifest.items->push_back(BundleItem{});
+    fixture.manifest.items->push_back(BundleItem {});
     fixture.writeManifest();
     const BundleOpenResult result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.error);
     EXPECT_EQ(result.error->jsonPath, "$.items[1].id");
-    EXPECT_EQ(messages(result.standaloneReports),
-              std::vector<QString>{"Item a: full \u2014 expected 11 bytes, found 10."});
+    EXPECT_EQ(
+        messages(result.standaloneReports), std::vector<QString> {"Item a: full \u2014 expected 11 bytes, found 10."});
 }
 
 // ---- Opening ------------------------------------------------------------------
@@ -237,15 +234,14 @@ TEST(BundleReader, IntegrityCountsBytesAndItems)
     EXPECT_EQ(integrity.resolvedAssetBytes, 100 + 300 + 40);
     ASSERT_EQ(integrity.missingItems.size(), 1u);
     EXPECT_EQ(integrity.missingItems[0],
-              (BundleMissingItem{"b", BundleReportCode::itemAssetSizeMismatch,
-                                 "no usable asset survived the resolution ladder"}));
+        (BundleMissingItem {
+            "b", BundleReportCode::itemAssetSizeMismatch, "no usable asset survived the resolution ladder"}));
 }
 
-struct AssetCase
-{
+struct AssetCase {
     const char *name;
     BundleVerification level;
-    QByteArray onDisk;           // written at media/x.bin; empty QByteArray() with absent=true means no file
+    QByteArray onDisk; // written at media/x.bin; empty QByteArray() with absent=true means no file
     bool absent;
     std::optional<qint64> bytes; // what the manifest says
     bool shaMatches;
@@ -253,9 +249,7 @@ struct AssetCase
     QString detail;
 };
 
-class AssetChecks : public testing::TestWithParam<AssetCase>
-{
-};
+class AssetChecks : public testing::TestWithParam<AssetCase> { };
 
 TEST_P(AssetChecks, ReportOrResolve)
 {
@@ -293,26 +287,24 @@ TEST_P(AssetChecks, ReportOrResolve)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Levels, AssetChecks,
+INSTANTIATE_TEST_SUITE_P(Levels, AssetChecks,
     testing::Values(
-        AssetCase{"present", BundleVerification::sizeAndCount, "garbage", false, 7, false, std::nullopt, ""},
-        AssetCase{"absent", BundleVerification::sizeAndCount, "", true, 0, true, BundleReportCode::itemAssetMissing,
-                  "asset file is absent"},
-        AssetCase{"short", BundleVerification::sizeAndCount, "IMGabc", false, 9, true,
-                  BundleReportCode::itemAssetSizeMismatch, "expected 9 bytes, found 6"},
-        AssetCase{"no size in manifest", BundleVerification::sizeAndCount, "IMGabc", false, std::nullopt, true,
-                  BundleReportCode::itemAssetSizeMismatch, "expected <absent> bytes, found 6"},
-        AssetCase{"zero bytes passes size", BundleVerification::sizeAndCount, "", false, 0, true, std::nullopt, ""},
-        AssetCase{"zero bytes fails decode", BundleVerification::decode, "", false, 0, true,
-                  BundleReportCode::itemAssetUndecodable,
-                  "file is present and exactly the right size but does not decode"},
-        AssetCase{"decodes", BundleVerification::decode, "IMGabc", false, 6, false, std::nullopt, ""},
-        AssetCase{"hash differs", BundleVerification::full, "IMGabc", false, 6, false,
-                  BundleReportCode::itemAssetUndecodable, "sha256 does not match the manifest"},
-        AssetCase{"hash and decode pass", BundleVerification::full, "IMGabc", false, 6, true, std::nullopt, ""},
-        AssetCase{"hash checked before decoding", BundleVerification::full, "xyz", false, 3, false,
-                  BundleReportCode::itemAssetUndecodable, "sha256 does not match the manifest"}),
+        AssetCase {"present", BundleVerification::sizeAndCount, "garbage", false, 7, false, std::nullopt, ""},
+        AssetCase {"absent", BundleVerification::sizeAndCount, "", true, 0, true, BundleReportCode::itemAssetMissing,
+            "asset file is absent"},
+        AssetCase {"short", BundleVerification::sizeAndCount, "IMGabc", false, 9, true,
+            BundleReportCode::itemAssetSizeMismatch, "expected 9 bytes, found 6"},
+        AssetCase {"no size in manifest", BundleVerification::sizeAndCount, "IMGabc", false, std::nullopt, true,
+            BundleReportCode::itemAssetSizeMismatch, "expected <absent> bytes, found 6"},
+        AssetCase {"zero bytes passes size", BundleVerification::sizeAndCount, "", false, 0, true, std::nullopt, ""},
+        AssetCase {"zero bytes fails decode", BundleVerification::decode, "", false, 0, true,
+            BundleReportCode::itemAssetUndecodable, "file is present and exactly the right size but does not decode"},
+        AssetCase {"decodes", BundleVerification::decode, "IMGabc", false, 6, false, std::nullopt, ""},
+        AssetCase {"hash differs", BundleVerification::full, "IMGabc", false, 6, false,
+            BundleReportCode::itemAssetUndecodable, "sha256 does not match the manifest"},
+        AssetCase {"hash and decode pass", BundleVerification::full, "IMGabc", false, 6, true, std::nullopt, ""},
+        AssetCase {"hash checked before decoding", BundleVerification::full, "xyz", false, 3, false,
+            BundleReportCode::itemAssetUndecodable, "sha256 does not match the manifest"}),
     [](const testing::TestParamInfo<AssetCase> &info) { return std::to_string(info.index); });
 
 TEST(BundleReader, PathsOutsideTheRootAreRejected)
@@ -331,8 +323,8 @@ TEST(BundleReader, PathsOutsideTheRootAreRejected)
     fixture.writeFile("media/real.bin", "IMGsecret");
     ASSERT_TRUE(QFile::link(fixture.path("media/real.bin"), fixture.path("media/inner.bin")));
 
-    const QStringList escaping{"../secret.bin", "/etc/hostname", "C:x", "a/../media/real.bin",
-                               "media/link.bin", "media/linked/secret.bin", "media/linked/../real.bin"};
+    const QStringList escaping {"../secret.bin", "/etc/hostname", "C:x", "a/../media/real.bin", "media/link.bin",
+        "media/linked/secret.bin", "media/linked/../real.bin"};
     for (const QString &path : escaping) {
         BundleItem item;
         item.id = path;
@@ -353,7 +345,7 @@ TEST(BundleReader, PathsOutsideTheRootAreRejected)
     ASSERT_EQ(result.bundle->reports().size(), size_t(escaping.size()));
     for (qsizetype i = 0; i < escaping.size(); ++i) {
         EXPECT_EQ(result.bundle->reports()[size_t(i)].message,
-                  QStringLiteral("Item %1: full \u2014 '%1' escapes the bundle root.").arg(escaping[i]));
+            QStringLiteral("Item %1: full \u2014 '%1' escapes the bundle root.").arg(escaping[i]));
     }
 }
 
@@ -396,7 +388,7 @@ TEST(BundleReader, OriginalsAreCountedButNeverRemoveAnItem)
     EXPECT_EQ(result.integrity->resolvedOriginalCount, 1);
     EXPECT_EQ(result.integrity->expectedAssetBytes, 24); // originals are not assets
     EXPECT_EQ(messages(result.bundle->reports()),
-              std::vector<QString>{"2 of 3 originals are absent or short. Playback is unaffected."});
+        std::vector<QString> {"2 of 3 originals are absent or short. Playback is unaffected."});
 
     // Without include_originals nothing about originals is checked.
     fixture.manifest.includeOriginals = false;
@@ -419,8 +411,8 @@ TEST(BundleReader, UnsupportedAndUnknownMediaAreSkipped)
     const BundleOpenResult result = BundleReader::open(fixture.root(), options);
     ASSERT_TRUE(result.ok());
     EXPECT_EQ(messages(result.bundle->reports()),
-              (std::vector<QString>{"Item v: media_type 'video' is not supported by this reader.",
-                                    "Item h: media_type 'hologram' is unknown to this reader; skipped."}));
+        (std::vector<QString> {"Item v: media_type 'video' is not supported by this reader.",
+            "Item h: media_type 'hologram' is unknown to this reader; skipped."}));
     EXPECT_EQ(result.integrity->unsupportedMediaCount, 2);
     EXPECT_EQ(result.bundle->items.size(), 1u);
 
@@ -439,28 +431,27 @@ TEST(BundleReader, ReportsFollowTheOrderOfTheChecks)
     fixture.writeFile("assets/branding/logo.png", "png");
     BundleBrandingJson branding;
     branding.logoAsset = "../logo.png";
-    branding.overlay = BundleBrandingOverlayJson{};
+    branding.overlay = BundleBrandingOverlayJson {};
     branding.overlay->corner = "middle";
     fixture.manifest.branding = branding;
-    fixture.manifest.playback = BundlePlaybackJSON{};
+    fixture.manifest.playback = BundlePlaybackJSON {};
     fixture.manifest.playback->mode = "slides";
     fixture.manifest.playback->unknownMemberCount = 0;
     fixture.writeManifestText(fixture.manifest.toJson().serialize().replace("\"format\"", "\"extra\": 1, \"format\""));
     const BundleOpenResult result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.ok());
-    const std::vector<BundleReportCode> expected{
-        BundleReportCode::unknownFieldsIgnored, BundleReportCode::unknownEnumValueDefaulted,
-        BundleReportCode::unknownEnumValueDefaulted, BundleReportCode::brandingLogoAssetMissing,
-        BundleReportCode::itemAssetSizeMismatch};
+    const std::vector<BundleReportCode> expected {BundleReportCode::unknownFieldsIgnored,
+        BundleReportCode::unknownEnumValueDefaulted, BundleReportCode::unknownEnumValueDefaulted,
+        BundleReportCode::brandingLogoAssetMissing, BundleReportCode::itemAssetSizeMismatch};
     std::vector<BundleReportCode> codes;
     for (const auto &report : result.bundle->reports())
         codes.push_back(report.code);
     EXPECT_EQ(codes, expected);
-    EXPECT_EQ(result.bundle->reports()[0].message,
-              "1 unrecognized manifest member(s) were ignored (forward compatibility).");
+    EXPECT_EQ(
+        result.bundle->reports()[0].message, "1 unrecognized manifest member(s) were ignored (forward compatibility).");
     EXPECT_EQ(result.bundle->reports()[2].fieldPath, "branding.overlay.corner");
     EXPECT_EQ(result.bundle->reports()[3].message,
-              "branding.logo_asset '../logo.png' is not a safe bundle-relative path; ignored.");
+        "branding.logo_asset '../logo.png' is not a safe bundle-relative path; ignored.");
 }
 
 TEST(BundleReader, BrandingResolvesItsLogoAndOverlay)
@@ -472,7 +463,7 @@ TEST(BundleReader, BrandingResolvesItsLogoAndOverlay)
     branding.displayName = "Studio";
     branding.logoAsset = "assets/branding/logo.png";
     branding.holding = true;
-    branding.overlay = BundleBrandingOverlayJson{};
+    branding.overlay = BundleBrandingOverlayJson {};
     branding.overlay->enabled = true;
     branding.overlay->corner = "top_left";
     branding.overlay->opacity = 0.8;
@@ -495,8 +486,8 @@ TEST(BundleReader, BrandingResolvesItsLogoAndOverlay)
     ASSERT_TRUE(result.ok());
     EXPECT_FALSE(result.bundle->branding->logoURL);
     EXPECT_EQ(messages(result.bundle->reports()),
-              std::vector<QString>{
-                  "branding.logo_asset 'assets/branding/logo.png' is absent; branding shows without a logo."});
+        std::vector<QString> {
+            "branding.logo_asset 'assets/branding/logo.png' is absent; branding shows without a logo."});
 }
 
 // ---- The resolution ladder ----------------------------------------------------
@@ -525,8 +516,8 @@ TEST(BundleMediaItem, LadderPrefersTheAskedTierThenFallsBack)
     EXPECT_EQ(bundle.markUndecodable("a", "original"), std::nullopt);
     ASSERT_EQ(bundle.integrity->missingItems.size(), 1u);
     EXPECT_EQ(bundle.integrity->missingItems[0],
-              (BundleMissingItem{"a", BundleReportCode::itemAssetUndecodable,
-                                 "every rung of the resolution ladder failed to decode"}));
+        (BundleMissingItem {
+            "a", BundleReportCode::itemAssetUndecodable, "every rung of the resolution ladder failed to decode"}));
     ASSERT_EQ(bundle.reports().size(), 4u);
     EXPECT_EQ(bundle.reports()[0].message, "Item a: full decoded as garbage; fell down the resolution ladder.");
     EXPECT_EQ(bundle.reports()[0].assetPath, "media/full/a.bin");
@@ -553,33 +544,34 @@ TEST(BundleMediaItem, AnimatedRungIsSkippedWhenAnimationIsNotSupported)
 TEST(OpenedBundlePlayOrder, TimestampGapFallsBackToManifestOrderWithOneReport)
 {
     BundleFixture fixture;
-    const char *stamps[] = {"2024-05-05T00:00:00Z", "2024-05-04T00:00:00Z", nullptr, "2024-05-02T00:00:00Z",
-                            "2024-05-01T00:00:00Z"};
+    const char *stamps[]
+        = {"2024-05-05T00:00:00Z", "2024-05-04T00:00:00Z", nullptr, "2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"};
     for (int i = 0; i < 5; ++i) {
         BundleItem &item = fixture.addItem(QString::number(i), {{"full", 3}});
         if (stamps[i])
             item.sourceModifiedUtc = QString::fromLatin1(stamps[i]);
     }
-    fixture.manifest.playback = BundlePlaybackJSON{};
+    fixture.manifest.playback = BundlePlaybackJSON {};
     fixture.manifest.playback->sort = "modified";
     fixture.writeManifest();
     BundleOpenResult result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.ok());
-    EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype>{0, 1, 2, 3, 4}));
+    EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype> {0, 1, 2, 3, 4}));
     ASSERT_EQ(result.bundle->reports().size(), 1u);
     const BundleReport &report = result.bundle->reports()[0];
     EXPECT_EQ(report.code, BundleReportCode::unknownEnumValueDefaulted);
     EXPECT_EQ(report.fieldPath, "playback.sort");
     EXPECT_EQ(report.unrecognizedValue, "modified");
     EXPECT_EQ(report.defaultUsed, "sequential");
-    EXPECT_EQ(report.message, "playback.sort needs a per-item timestamp that is missing on at least one item; "
-                              "played in manifest order instead.");
+    EXPECT_EQ(report.message,
+        "playback.sort needs a per-item timestamp that is missing on at least one item; "
+        "played in manifest order instead.");
 
     // With every stamp present the order follows the dates.
     (*fixture.manifest.items)[2].sourceModifiedUtc = "2024-05-03T00:00:00Z";
     fixture.writeManifest();
     result = BundleReader::open(fixture.root());
-    EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype>{4, 3, 2, 1, 0}));
+    EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype> {4, 3, 2, 1, 0}));
     EXPECT_TRUE(result.bundle->reports().empty());
 }
 
@@ -588,7 +580,7 @@ TEST(OpenedBundlePlayOrder, ShuffleSkipsMissingItemsAndKeepsTheRestInShuffledOrd
     BundleFixture fixture;
     for (int i = 0; i < 12; ++i)
         fixture.addItem(QString::number(i), {{"full", 3}});
-    fixture.manifest.playback = BundlePlaybackJSON{};
+    fixture.manifest.playback = BundlePlaybackJSON {};
     fixture.manifest.playback->shuffleSeed = 12345;
     fixture.writeManifest();
     for (const int gone : {2, 7, 11})
@@ -632,10 +624,10 @@ TEST(OpenedBundleImageItems, ItemsCarryTheirKindAndFollowThePlayOrder)
     video.id = "v";
     video.mediaType = "video";
     video.assets = {{"video", BundleFixture::assetFor("media/video/v.mp4", "mp4")},
-                    {"full", BundleFixture::assetFor("media/full/v.jpg", "jpg")}};
+        {"full", BundleFixture::assetFor("media/full/v.jpg", "jpg")}};
     fixture.manifest.items->push_back(gif);
     fixture.manifest.items->push_back(video);
-    fixture.manifest.playback = BundlePlaybackJSON{};
+    fixture.manifest.playback = BundlePlaybackJSON {};
     fixture.manifest.playback->sort = "sequential";
     fixture.writeManifest();
 

@@ -15,8 +15,7 @@ using namespace sorvane;
 
 namespace {
 
-struct Mapped
-{
+struct Mapped {
     BundlePlaybackPreferences playback;
     BundleDisplayPreferences display;
     OverlayCorner corner = OverlayCorner::topLeft;
@@ -42,8 +41,7 @@ using Value = std::optional<QString>;
 
 // One enumerated manifest key: where it lives, how its typed result is read back,
 // its wire values with the case each names, and its default.
-struct EnumKey
-{
+struct EnumKey {
     const char *fieldPath;
     void (*set)(BundleManifest &, const Value &);
     int (*get)(const Mapped &);
@@ -63,7 +61,7 @@ void setPerScreen(BundleManifest &m, const Value &mode, const Value &layout)
     screen.screenOrdinal = 0;
     screen.preferredMode = mode;
     screen.preferredCollageLayout = layout;
-    m.display.emplace().preferredPerScreen = std::vector<BundlePerScreenJSON>{screen};
+    m.display.emplace().preferredPerScreen = std::vector<BundlePerScreenJSON> {screen};
 }
 
 const BundlePerScreenPreference &onlyScreen(const Mapped &r)
@@ -77,101 +75,77 @@ const std::vector<EnumKey> &enumKeys()
 {
     static const std::vector<EnumKey> keys = {
         {"playback.mode", [](BundleManifest &m, const Value &v) { m.playback.emplace().mode = v; },
-         [](const Mapped &r) { return int(r.playback.mode); },
-         {{"standard", int(DisplayMode::standard)}, {"collage", int(DisplayMode::collage)}},
-         "standard",
-         int(DisplayMode::standard)},
+            [](const Mapped &r) { return int(r.playback.mode); },
+            {{"standard", int(DisplayMode::standard)}, {"collage", int(DisplayMode::collage)}}, "standard",
+            int(DisplayMode::standard)},
         {"playback.collage_layout", [](BundleManifest &m, const Value &v) { m.playback.emplace().collageLayout = v; },
-         [](const Mapped &r) { return int(r.playback.collageLayout); },
-         {{"flow", int(CollageLayout::flow)},
-          {"scatter", int(CollageLayout::scatter)},
-          {"varied", int(CollageLayout::varied)}},
-         "flow",
-         int(CollageLayout::flow)},
+            [](const Mapped &r) { return int(r.playback.collageLayout); },
+            {{"flow", int(CollageLayout::flow)}, {"scatter", int(CollageLayout::scatter)},
+                {"varied", int(CollageLayout::varied)}},
+            "flow", int(CollageLayout::flow)},
         {"playback.sort", [](BundleManifest &m, const Value &v) { m.playback.emplace().sort = v; },
-         [](const Mapped &r) { return int(r.playback.sort); },
-         {{"random", int(BundleSort::random)},
-          {"sequential", int(BundleSort::sequential)},
-          {"created", int(BundleSort::created)},
-          {"modified", int(BundleSort::modified)}},
-         "random",
-         int(BundleSort::random)},
+            [](const Mapped &r) { return int(r.playback.sort); },
+            {{"random", int(BundleSort::random)}, {"sequential", int(BundleSort::sequential)},
+                {"created", int(BundleSort::created)}, {"modified", int(BundleSort::modified)}},
+            "random", int(BundleSort::random)},
         {"playback.image_scaling", [](BundleManifest &m, const Value &v) { m.playback.emplace().imageScaling = v; },
-         [](const Mapped &r) { return int(r.playback.imageScaling); },
-         {{"fit_to_screen", int(ImageScalingMode::fitToScreen)},
-          {"fill_screen", int(ImageScalingMode::fillScreen)},
-          {"actual_size", int(ImageScalingMode::actualSize)}},
-         "fit_to_screen",
-         int(ImageScalingMode::fitToScreen)},
+            [](const Mapped &r) { return int(r.playback.imageScaling); },
+            {{"fit_to_screen", int(ImageScalingMode::fitToScreen)}, {"fill_screen", int(ImageScalingMode::fillScreen)},
+                {"actual_size", int(ImageScalingMode::actualSize)}},
+            "fit_to_screen", int(ImageScalingMode::fitToScreen)},
         {"playback.background", [](BundleManifest &m, const Value &v) { m.playback.emplace().background = v; },
-         [](const Mapped &r) { return int(r.playback.background); },
-         {{"black", int(BundleBackground::black)}, {"dark_gray", int(BundleBackground::darkGray)}},
-         "black",
-         int(BundleBackground::black)},
+            [](const Mapped &r) { return int(r.playback.background); },
+            {{"black", int(BundleBackground::black)}, {"dark_gray", int(BundleBackground::darkGray)}}, "black",
+            int(BundleBackground::black)},
         {"playback.image_filter", [](BundleManifest &m, const Value &v) { m.playback.emplace().imageFilter = v; },
-         [](const Mapped &r) { return int(r.playback.imageFilter); },
-         {{"none", int(ImageFilter::none)},
-          {"black_and_white", int(ImageFilter::blackAndWhite)},
-          {"sepia", int(ImageFilter::sepia)},
-          {"vintage", int(ImageFilter::vintage)}},
-         "none",
-         int(ImageFilter::none)},
+            [](const Mapped &r) { return int(r.playback.imageFilter); },
+            {{"none", int(ImageFilter::none)}, {"black_and_white", int(ImageFilter::blackAndWhite)},
+                {"sepia", int(ImageFilter::sepia)}, {"vintage", int(ImageFilter::vintage)}},
+            "none", int(ImageFilter::none)},
         {"playback.file_display_format",
-         [](BundleManifest &m, const Value &v) { m.playback.emplace().fileDisplayFormat = v; },
-         [](const Mapped &r) { return int(r.playback.fileDisplayFormat); },
-         {{"filename_only", int(BundleFileDisplayFormat::filenameOnly)},
-          {"relative_path", int(BundleFileDisplayFormat::relativePath)},
-          {"absolute_path", int(BundleFileDisplayFormat::absolutePath)},
-          {"parent_plus_filename", int(BundleFileDisplayFormat::parentPlusFilename)}},
-         "filename_only",
-         int(BundleFileDisplayFormat::filenameOnly)},
+            [](BundleManifest &m, const Value &v) { m.playback.emplace().fileDisplayFormat = v; },
+            [](const Mapped &r) { return int(r.playback.fileDisplayFormat); },
+            {{"filename_only", int(BundleFileDisplayFormat::filenameOnly)},
+                {"relative_path", int(BundleFileDisplayFormat::relativePath)},
+                {"absolute_path", int(BundleFileDisplayFormat::absolutePath)},
+                {"parent_plus_filename", int(BundleFileDisplayFormat::parentPlusFilename)}},
+            "filename_only", int(BundleFileDisplayFormat::filenameOnly)},
         {"playback.flow.orientation", [](BundleManifest &m, const Value &v) { flowOf(m).orientation = v; },
-         [](const Mapped &r) { return int(r.playback.flow.orientation); },
-         {{"vertical", int(FlowOrientation::vertical)}, {"horizontal", int(FlowOrientation::horizontal)}},
-         "vertical",
-         int(FlowOrientation::vertical)},
+            [](const Mapped &r) { return int(r.playback.flow.orientation); },
+            {{"vertical", int(FlowOrientation::vertical)}, {"horizontal", int(FlowOrientation::horizontal)}},
+            "vertical", int(FlowOrientation::vertical)},
         {"playback.flow.weight_mode", [](BundleManifest &m, const Value &v) { flowOf(m).weightMode = v; },
-         [](const Mapped &r) { return int(r.playback.flow.weightMode); },
-         {{"proportional", int(FlowWeightMode::proportional)}, {"weighted", int(FlowWeightMode::weighted)}},
-         "proportional",
-         int(FlowWeightMode::proportional)},
+            [](const Mapped &r) { return int(r.playback.flow.weightMode); },
+            {{"proportional", int(FlowWeightMode::proportional)}, {"weighted", int(FlowWeightMode::weighted)}},
+            "proportional", int(FlowWeightMode::proportional)},
         {"display.preferred_control_scope",
-         [](BundleManifest &m, const Value &v) { m.display.emplace().preferredControlScope = v; },
-         [](const Mapped &r) { return int(r.display.preferredControlScope); },
-         {{"independent", int(ControlScope::independent)},
-          {"linked", int(ControlScope::linked)},
-          {"mirrored", int(ControlScope::mirrored)}},
-         "independent",
-         int(ControlScope::independent)},
+            [](BundleManifest &m, const Value &v) { m.display.emplace().preferredControlScope = v; },
+            [](const Mapped &r) { return int(r.display.preferredControlScope); },
+            {{"independent", int(ControlScope::independent)}, {"linked", int(ControlScope::linked)},
+                {"mirrored", int(ControlScope::mirrored)}},
+            "independent", int(ControlScope::independent)},
         {"display.preferred_sync_mode",
-         [](BundleManifest &m, const Value &v) { m.display.emplace().preferredSyncMode = v; },
-         [](const Mapped &r) { return int(r.display.preferredSyncMode); },
-         {{"synchronized", int(SyncMode::synchronized)}, {"phased", int(SyncMode::phased)}},
-         "synchronized",
-         int(SyncMode::synchronized)},
+            [](BundleManifest &m, const Value &v) { m.display.emplace().preferredSyncMode = v; },
+            [](const Mapped &r) { return int(r.display.preferredSyncMode); },
+            {{"synchronized", int(SyncMode::synchronized)}, {"phased", int(SyncMode::phased)}}, "synchronized",
+            int(SyncMode::synchronized)},
         {"display.preferred_per_screen[].preferred_mode",
-         [](BundleManifest &m, const Value &v) { setPerScreen(m, v, std::nullopt); },
-         [](const Mapped &r) { return int(onlyScreen(r).preferredMode); },
-         {{"standard", int(DisplayMode::standard)}, {"collage", int(DisplayMode::collage)}},
-         "standard",
-         int(DisplayMode::standard)},
+            [](BundleManifest &m, const Value &v) { setPerScreen(m, v, std::nullopt); },
+            [](const Mapped &r) { return int(onlyScreen(r).preferredMode); },
+            {{"standard", int(DisplayMode::standard)}, {"collage", int(DisplayMode::collage)}}, "standard",
+            int(DisplayMode::standard)},
         {"display.preferred_per_screen[].preferred_collage_layout",
-         [](BundleManifest &m, const Value &v) { setPerScreen(m, std::nullopt, v); },
-         [](const Mapped &r) { return int(onlyScreen(r).preferredCollageLayout); },
-         {{"flow", int(CollageLayout::flow)},
-          {"scatter", int(CollageLayout::scatter)},
-          {"varied", int(CollageLayout::varied)}},
-         "flow",
-         int(CollageLayout::flow)},
+            [](BundleManifest &m, const Value &v) { setPerScreen(m, std::nullopt, v); },
+            [](const Mapped &r) { return int(onlyScreen(r).preferredCollageLayout); },
+            {{"flow", int(CollageLayout::flow)}, {"scatter", int(CollageLayout::scatter)},
+                {"varied", int(CollageLayout::varied)}},
+            "flow", int(CollageLayout::flow)},
         {"branding.overlay.corner",
-         [](BundleManifest &m, const Value &v) { m.branding.emplace().overlay.emplace().corner = v; },
-         [](const Mapped &r) { return int(r.corner); },
-         {{"top_left", int(OverlayCorner::topLeft)},
-          {"top_right", int(OverlayCorner::topRight)},
-          {"bottom_left", int(OverlayCorner::bottomLeft)},
-          {"bottom_right", int(OverlayCorner::bottomRight)}},
-         "bottom_right",
-         int(OverlayCorner::bottomRight)},
+            [](BundleManifest &m, const Value &v) { m.branding.emplace().overlay.emplace().corner = v; },
+            [](const Mapped &r) { return int(r.corner); },
+            {{"top_left", int(OverlayCorner::topLeft)}, {"top_right", int(OverlayCorner::topRight)},
+                {"bottom_left", int(OverlayCorner::bottomLeft)}, {"bottom_right", int(OverlayCorner::bottomRight)}},
+            "bottom_right", int(OverlayCorner::bottomRight)},
     };
     return keys;
 }
@@ -186,12 +160,12 @@ Mapped mapWithValue(const EnumKey &key, const Value &value)
 // The report text built from its rule, independently of the mapper.
 QString expectedMessage(const QString &fieldPath, const QString &value, const QString &defaultWire)
 {
-    return fieldPath + QStringLiteral(" held unrecognized value '") + value + QStringLiteral("'; used '")
-        + defaultWire + QStringLiteral("'.");
+    return fieldPath + QStringLiteral(" held unrecognized value '") + value + QStringLiteral("'; used '") + defaultWire
+        + QStringLiteral("'.");
 }
 
-void expectDefaultReport(const BundleReport &report, const QString &fieldPath, const QString &value,
-                         const QString &defaultWire)
+void expectDefaultReport(
+    const BundleReport &report, const QString &fieldPath, const QString &value, const QString &defaultWire)
 {
     EXPECT_EQ(report.code, BundleReportCode::unknownEnumValueDefaulted);
     EXPECT_EQ(report.message, expectedMessage(fieldPath, value, defaultWire)) << report.message.toStdString();
@@ -202,9 +176,7 @@ void expectDefaultReport(const BundleReport &report, const QString &fieldPath, c
     EXPECT_EQ(report.assetPath, std::nullopt);
 }
 
-class ManifestMapperKey : public testing::TestWithParam<EnumKey>
-{
-};
+class ManifestMapperKey : public testing::TestWithParam<EnumKey> { };
 
 TEST_P(ManifestMapperKey, EveryWireValueMapsToItsCase)
 {
@@ -265,14 +237,14 @@ TEST_P(ManifestMapperKey, UnrecognisedGivesDefaultAndOneReport)
 }
 
 INSTANTIATE_TEST_SUITE_P(ManifestMapperEveryKey, ManifestMapperKey, testing::ValuesIn(enumKeys()),
-                         [](const testing::TestParamInfo<EnumKey> &info) {
-                             std::string name = info.param.fieldPath;
-                             for (char &c : name) {
-                                 if (!std::isalnum(static_cast<unsigned char>(c)))
-                                     c = '_';
-                             }
-                             return name;
-                         });
+    [](const testing::TestParamInfo<EnumKey> &info) {
+        std::string name = info.param.fieldPath;
+        for (char &c : name) {
+            if (!std::isalnum(static_cast<unsigned char>(c)))
+                c = '_';
+        }
+        return name;
+    });
 
 TEST(ManifestMapper, ReportsFollowFieldOrder)
 {
@@ -288,7 +260,7 @@ TEST(ManifestMapper, ReportsFollowFieldOrder)
     BundlePerScreenJSON second;
     second.preferredCollageLayout = QStringLiteral("grid-b");
     second.preferredMode = QStringLiteral("tv-b");
-    display.preferredPerScreen = std::vector<BundlePerScreenJSON>{first, second};
+    display.preferredPerScreen = std::vector<BundlePerScreenJSON> {first, second};
     display.preferredSyncMode = QStringLiteral("together");
     display.preferredControlScope = QStringLiteral("global");
     m.display = display;
@@ -307,8 +279,7 @@ TEST(ManifestMapper, ReportsFollowFieldOrder)
     m.playback = playback;
 
     const Mapped r = mapAll(m);
-    const struct
-    {
+    const struct {
         const char *fieldPath;
         const char *value;
         const char *defaultWire;
@@ -334,10 +305,11 @@ TEST(ManifestMapper, ReportsFollowFieldOrder)
     for (size_t i = 0; i < std::size(expected); ++i) {
         SCOPED_TRACE(i);
         expectDefaultReport(r.reports[i], QString::fromLatin1(expected[i].fieldPath),
-                            QString::fromLatin1(expected[i].value), QString::fromLatin1(expected[i].defaultWire));
+            QString::fromLatin1(expected[i].value), QString::fromLatin1(expected[i].defaultWire));
     }
     // The spec's own example message, spelled out in full.
-    EXPECT_EQ(r.reports.front().message, QStringLiteral("playback.mode held unrecognized value 'slides'; used 'standard'."));
+    EXPECT_EQ(
+        r.reports.front().message, QStringLiteral("playback.mode held unrecognized value 'slides'; used 'standard'."));
 }
 
 TEST(ManifestMapper, ThreeBadPerScreenModesGiveThreeReports)
@@ -353,7 +325,7 @@ TEST(ManifestMapper, ThreeBadPerScreenModesGiveThreeReports)
     for (size_t i = 0; i < 3; ++i) {
         SCOPED_TRACE(i);
         expectDefaultReport(r.reports[i], QStringLiteral("display.preferred_per_screen[].preferred_mode"),
-                            QString::fromLatin1(values[i]), QStringLiteral("standard"));
+            QString::fromLatin1(values[i]), QStringLiteral("standard"));
     }
     ASSERT_EQ(r.display.preferredPerScreen.size(), 3u);
     for (size_t i = 0; i < 3; ++i) {
@@ -383,8 +355,8 @@ TEST(ManifestMapper, ReadFromManifestText)
     EXPECT_EQ(r.display.preferredControlScope, ControlScope::independent);
     EXPECT_EQ(r.corner, OverlayCorner::topRight);
     ASSERT_EQ(r.reports.size(), 1u);
-    expectDefaultReport(r.reports.front(), QStringLiteral("playback.sort"), QStringLiteral("Random"),
-                        QStringLiteral("random"));
+    expectDefaultReport(
+        r.reports.front(), QStringLiteral("playback.sort"), QStringLiteral("Random"), QStringLiteral("random"));
 }
 
 TEST(ManifestMapper, MissingSectionsGiveAllDefaults)

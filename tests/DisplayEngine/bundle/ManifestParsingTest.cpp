@@ -48,8 +48,7 @@ BundleManifest parseManifest(const char *text)
 
 TEST(ManifestFields, IntegerReads)
 {
-    const struct
-    {
+    const struct {
         const char *json;
         std::optional<qint64> expected;
     } table[] = {
@@ -86,13 +85,18 @@ TEST(ManifestFields, IntegerReads)
 
 TEST(ManifestFields, NumberReads)
 {
-    const struct
-    {
+    const struct {
         const char *json;
         std::optional<double> expected;
     } table[] = {
-        {"2", 2.0},           {"0.6", 0.6},          {"-1.25", -1.25},        {"1e300", 1e300},
-        {"true", std::nullopt}, {"\"1.5\"", std::nullopt}, {"null", std::nullopt}, {"[]", std::nullopt},
+        {"2", 2.0},
+        {"0.6", 0.6},
+        {"-1.25", -1.25},
+        {"1e300", 1e300},
+        {"true", std::nullopt},
+        {"\"1.5\"", std::nullopt},
+        {"null", std::nullopt},
+        {"[]", std::nullopt},
     };
     for (const auto &row : table)
         EXPECT_EQ(ManifestFields::number(parseValue(row.json)), row.expected) << row.json;
@@ -100,13 +104,17 @@ TEST(ManifestFields, NumberReads)
 
 TEST(ManifestFields, BooleanReads)
 {
-    const struct
-    {
+    const struct {
         const char *json;
         std::optional<bool> expected;
     } table[] = {
-        {"true", true},          {"false", false},         {"1", std::nullopt},  {"0", std::nullopt},
-        {"\"true\"", std::nullopt}, {"null", std::nullopt}, {"{}", std::nullopt},
+        {"true", true},
+        {"false", false},
+        {"1", std::nullopt},
+        {"0", std::nullopt},
+        {"\"true\"", std::nullopt},
+        {"null", std::nullopt},
+        {"{}", std::nullopt},
     };
     for (const auto &row : table)
         EXPECT_EQ(ManifestFields::boolean(parseValue(row.json)), row.expected) << row.json;
@@ -114,8 +122,7 @@ TEST(ManifestFields, BooleanReads)
 
 TEST(ManifestFields, StringReads)
 {
-    const struct
-    {
+    const struct {
         const char *json;
         std::optional<QString> expected;
     } table[] = {
@@ -210,8 +217,7 @@ TEST(ManifestParsing, WholeNumberMembers)
 
 TEST(ManifestParsing, ItemsKeyPresence)
 {
-    const struct
-    {
+    const struct {
         const char *json;
         bool keyPresent;
         std::optional<size_t> itemCount;
@@ -240,7 +246,7 @@ TEST(ManifestParsing, NonObjectItemEntriesReadAsItemsWithoutId)
     ASSERT_EQ(m.items->size(), 5u);
     for (size_t i = 0; i < 4; ++i) {
         EXPECT_EQ((*m.items)[i].id, std::nullopt) << i;
-        EXPECT_EQ((*m.items)[i], BundleItem{}) << i;
+        EXPECT_EQ((*m.items)[i], BundleItem {}) << i;
     }
     EXPECT_EQ((*m.items)[4].id, QStringLiteral("x"));
     EXPECT_EQ((*m.items)[4].mediaType, QStringLiteral("image"));
@@ -256,21 +262,21 @@ TEST(ManifestParsing, NonObjectEntriesOfOtherArraysReadAsEmpty)
     })");
     ASSERT_TRUE(m.players);
     ASSERT_EQ(m.players->size(), 2u);
-    EXPECT_EQ((*m.players)[0], BundlePlayerEntry{});
+    EXPECT_EQ((*m.players)[0], BundlePlayerEntry {});
     EXPECT_EQ((*m.players)[1].platform, QStringLiteral("linux"));
     ASSERT_TRUE(m.derivatives && m.derivatives->tiers);
     ASSERT_EQ(m.derivatives->tiers->size(), 2u);
-    EXPECT_EQ((*m.derivatives->tiers)[0], BundleTier{});
+    EXPECT_EQ((*m.derivatives->tiers)[0], BundleTier {});
     EXPECT_EQ((*m.derivatives->tiers)[1].targetLongEdge, 2160);
     ASSERT_TRUE(m.display && m.display->preferredPerScreen);
     ASSERT_EQ(m.display->preferredPerScreen->size(), 2u);
-    EXPECT_EQ((*m.display->preferredPerScreen)[0], BundlePerScreenJSON{});
+    EXPECT_EQ((*m.display->preferredPerScreen)[0], BundlePerScreenJSON {});
     EXPECT_EQ((*m.display->preferredPerScreen)[1].screenOrdinal, 2);
     ASSERT_TRUE(m.items);
     const BundleItem &item = m.items->front();
     const BundleAsset *tile = item.asset(QStringLiteral("tile"));
     ASSERT_NE(tile, nullptr);
-    EXPECT_EQ(*tile, BundleAsset{});
+    EXPECT_EQ(*tile, BundleAsset {});
     ASSERT_NE(item.asset(QStringLiteral("full")), nullptr);
     EXPECT_EQ(item.asset(QStringLiteral("full"))->path, QStringLiteral("media/full/a.jpg"));
     EXPECT_EQ(item.asset(QStringLiteral("video")), nullptr);
@@ -303,8 +309,7 @@ TEST(ManifestParsing, DesignExampleTotalsSix)
 
 TEST(ManifestParsing, UnknownMemberTotals)
 {
-    const struct
-    {
+    const struct {
         const char *json;
         int total;
     } table[] = {
@@ -336,7 +341,7 @@ TEST(ManifestParsing, UnknownMemberTotals)
             "players": [{"u": 1}],
             "branding": {"c": 1, "overlay": {"c": 1}},
             "items": [{"c": 1, "assets": {"full": {"u": 1}}}, {"c": 1}]})",
-         11},
+            11},
     };
     for (const auto &row : table)
         EXPECT_EQ(parseManifest(row.json).totalUnknownMemberCount(), row.total) << row.json;
@@ -395,7 +400,7 @@ BundleManifest completeManifest()
     full.name = QStringLiteral("full");
     full.targetLongEdge = 2160;
     full.dir = QStringLiteral("media");
-    derivatives.tiers = std::vector<BundleTier>{tile, full};
+    derivatives.tiers = std::vector<BundleTier> {tile, full};
     derivatives.filtersBakedIn = false;
     derivatives.orientationBakedIn = true;
     derivatives.metadataStripped = true;
@@ -445,7 +450,7 @@ BundleManifest completeManifest()
     screen1.screenOrdinal = 1;
     screen1.preferredMode = QStringLiteral("collage");
     screen1.preferredCollageLayout = QStringLiteral("flow");
-    display.preferredPerScreen = std::vector<BundlePerScreenJSON>{screen0, screen1};
+    display.preferredPerScreen = std::vector<BundlePerScreenJSON> {screen0, screen1};
     m.display = display;
 
     BundlePlayerEntry player;
@@ -455,7 +460,7 @@ BundleManifest completeManifest()
     player.playerVersion = QStringLiteral("1.0.0");
     player.readerCapabilityVersion = 1;
     player.bytes = 48'000'000'000LL;
-    m.players = std::vector<BundlePlayerEntry>{player};
+    m.players = std::vector<BundlePlayerEntry> {player};
 
     BundleBrandingJson branding;
     branding.displayName = QStringLiteral("Studio Ø");
@@ -501,7 +506,7 @@ BundleManifest completeManifest()
     clip.hasAudio = true;
     video.assets.emplace_back(QStringLiteral("video"), clip);
 
-    m.items = std::vector<BundleItem>{photo, video};
+    m.items = std::vector<BundleItem> {photo, video};
     m.itemsKeyPresent = true;
     return m;
 }
@@ -535,17 +540,17 @@ TEST(ManifestRoundTrip, AbsentMembersAreNotWritten)
     const QByteArray text = m.toJson().serialize();
     EXPECT_FALSE(text.contains("null")) << text.constData();
     const QJsonObject object = parseObject(text);
-    EXPECT_EQ(object.keys(), (QStringList{QStringLiteral("format"), QStringLiteral("playback")}));
-    EXPECT_EQ(object.value(QLatin1StringView("playback")).toObject().keys(), QStringList{QStringLiteral("loop")});
+    EXPECT_EQ(object.keys(), (QStringList {QStringLiteral("format"), QStringLiteral("playback")}));
+    EXPECT_EQ(object.value(QLatin1StringView("playback")).toObject().keys(), QStringList {QStringLiteral("loop")});
     EXPECT_EQ(BundleManifest::fromJson(object), m);
 }
 
 TEST(ManifestRoundTrip, TopLevelKeysInSchemaOrder)
 {
     const QByteArray text = completeManifest().toJson().serialize(true);
-    const char *order[] = {"format",  "format_version", "min_reader_version", "bundle_id", "title",
-                           "created_utc", "created_by", "flavor", "include_originals", "counts",
-                           "derivatives", "playback", "display", "players", "branding", "items"};
+    const char *order[] = {"format", "format_version", "min_reader_version", "bundle_id", "title", "created_utc",
+        "created_by", "flavor", "include_originals", "counts", "derivatives", "playback", "display", "players",
+        "branding", "items"};
     // Top-level members sit one indent (two spaces) deep in pretty output, which
     // keeps nested keys such as counts.items out of the search.
     qsizetype previous = -1;
@@ -568,8 +573,8 @@ TEST(BundleJSON, ObjectsKeepInsertionOrder)
 {
     BundleJSON object = BundleJSON::object({{QStringLiteral("z"), 1}, {QStringLiteral("a"), true}});
     object.insert(QStringLiteral("m"), BundleJSON::array({BundleJSON("x"), BundleJSON(2.5)}));
-    object.insert(QStringLiteral("b"), std::optional<qint64>{});
-    object.insert(QStringLiteral("c"), std::optional<QString>{QStringLiteral("kept")});
+    object.insert(QStringLiteral("b"), std::optional<qint64> {});
+    object.insert(QStringLiteral("c"), std::optional<QString> {QStringLiteral("kept")});
     EXPECT_EQ(object.serialize(false), QByteArray(R"({"z":1,"a":true,"m":["x",2.5],"c":"kept"})"));
     ASSERT_NE(object.find(QStringLiteral("c")), nullptr);
     EXPECT_EQ(*object.find(QStringLiteral("c"))->asString(), QStringLiteral("kept"));
@@ -578,8 +583,7 @@ TEST(BundleJSON, ObjectsKeepInsertionOrder)
 
 TEST(BundleJSON, ScalarAndEmptyTexts)
 {
-    const struct
-    {
+    const struct {
         BundleJSON value;
         const char *compact;
     } table[] = {
@@ -623,8 +627,7 @@ TEST(BundleJSON, DoublesStayDoubles)
 
 TEST(BundleJSON, StringsAreEscapedAndRoundTrip)
 {
-    const struct
-    {
+    const struct {
         QString text;
         const char *escaped; // the escape that must appear in the output, or nullptr
     } table[] = {

@@ -1,5 +1,5 @@
-#include "bundle/BundleShuffler.h"
 #include "bundle/Pcg32.h"
+#include "bundle/BundleShuffler.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +12,7 @@ using sorvane::Pcg32;
 namespace {
 
 // The published minimal PCG32 C code, transcribed as is, as an oracle.
-struct pcg32_random_t
-{
+struct pcg32_random_t {
     uint64_t state;
     uint64_t inc;
 };
@@ -93,8 +92,9 @@ TEST(Pcg32, OutputComesFromStateBeforeStep)
 
 TEST(Pcg32, MatchesReferenceOverLongRuns)
 {
-    const struct { uint64_t state, sequence; } streams[] = {
-        {0, systemStream}, {42, 54}, {1, 0}, {UINT64_MAX, UINT64_MAX}, {0xDEADBEEFULL, systemStream}};
+    const struct {
+        uint64_t state, sequence;
+    } streams[] = {{0, systemStream}, {42, 54}, {1, 0}, {UINT64_MAX, UINT64_MAX}, {0xDEADBEEFULL, systemStream}};
     for (const auto &stream : streams) {
         SCOPED_TRACE(stream.state);
         Pcg32 generator(stream.state, stream.sequence);
@@ -174,7 +174,7 @@ TEST(BundleShuffler, FewerThanTwoMakesNoDraw)
 {
     for (const qsizetype n : {0, 1}) {
         BundleShuffler shuffler(7);
-        const std::vector<qsizetype> expected = n == 0 ? std::vector<qsizetype>{} : std::vector<qsizetype>{0};
+        const std::vector<qsizetype> expected = n == 0 ? std::vector<qsizetype> {} : std::vector<qsizetype> {0};
         EXPECT_EQ(shuffler.shuffledIndices(n), expected);
         EXPECT_EQ(shuffler.generator, Pcg32(7));
     }

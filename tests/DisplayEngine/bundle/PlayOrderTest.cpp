@@ -21,9 +21,7 @@ QDateTime utc(int hour, int minute = 0, int second = 0, int ms = 0)
 TEST(PlayOrderSort, WireValuesAreExactAndCaseSensitive)
 {
     const std::pair<BundleSort, const char *> table[] = {{BundleSort::random, "random"},
-                                                         {BundleSort::sequential, "sequential"},
-                                                         {BundleSort::created, "created"},
-                                                         {BundleSort::modified, "modified"}};
+        {BundleSort::sequential, "sequential"}, {BundleSort::created, "created"}, {BundleSort::modified, "modified"}};
     ASSERT_EQ(allBundleSorts.size(), std::size(table));
     for (size_t i = 0; i < std::size(table); ++i) {
         EXPECT_EQ(allBundleSorts[i], table[i].first);
@@ -36,8 +34,7 @@ TEST(PlayOrderSort, WireValuesAreExactAndCaseSensitive)
 
 TEST(BundleTimestamp, Parse)
 {
-    const struct
-    {
+    const struct {
         std::optional<QString> text;
         std::optional<QDateTime> expected;
     } table[] = {
@@ -77,10 +74,9 @@ TEST(BundleTimestamp, Parse)
 TEST(BundleTimestamp, FormatIsUtcWithoutFraction)
 {
     const QDateTime offset(QDate(2024, 5, 1), QTime(14, 0), Qt::OffsetFromUTC, 2 * 3600);
-    const std::pair<QDateTime, const char *> table[] = {{utc(12), "2024-05-01T12:00:00Z"},
-                                                        {utc(12, 0, 0, 250), "2024-05-01T12:00:00Z"},
-                                                        {offset, "2024-05-01T12:00:00Z"},
-                                                        {utc(23, 59, 59, 999), "2024-05-01T23:59:59Z"}};
+    const std::pair<QDateTime, const char *> table[]
+        = {{utc(12), "2024-05-01T12:00:00Z"}, {utc(12, 0, 0, 250), "2024-05-01T12:00:00Z"},
+            {offset, "2024-05-01T12:00:00Z"}, {utc(23, 59, 59, 999), "2024-05-01T23:59:59Z"}};
     for (const auto &[date, expected] : table) {
         EXPECT_EQ(BundleTimestamp::format(date), QString::fromLatin1(expected));
         EXPECT_EQ(BundleTimestamp::parse(BundleTimestamp::format(date)), date.addMSecs(-date.time().msec()));
@@ -122,8 +118,8 @@ TEST(BundleOrdering, EmptyAndSingleListsForEverySort)
     for (const BundleSort sort : allBundleSorts) {
         SCOPED_TRACE(toWire(sort).toStdString());
         for (const std::optional<quint64> seed : {std::optional<quint64>(), std::optional<quint64>(99)}) {
-            EXPECT_EQ(BundleOrdering::order({}, sort, seed), (BundleOrderingResult{{}, false}));
-            EXPECT_EQ(BundleOrdering::order(one, sort, seed), (BundleOrderingResult{{0}, false}));
+            EXPECT_EQ(BundleOrdering::order({}, sort, seed), (BundleOrderingResult {{}, false}));
+            EXPECT_EQ(BundleOrdering::order(one, sort, seed), (BundleOrderingResult {{0}, false}));
         }
     }
 }
@@ -131,7 +127,7 @@ TEST(BundleOrdering, EmptyAndSingleListsForEverySort)
 TEST(BundleOrdering, SequentialIgnoresSeedAndDates)
 {
     const auto items = itemsCreated({"2024-05-03T00:00:00Z", nullptr, "2024-05-01T00:00:00Z"});
-    EXPECT_EQ(BundleOrdering::order(items, BundleSort::sequential, 5), (BundleOrderingResult{{0, 1, 2}, false}));
+    EXPECT_EQ(BundleOrdering::order(items, BundleSort::sequential, 5), (BundleOrderingResult {{0, 1, 2}, false}));
 }
 
 TEST(BundleOrdering, RandomIsTheSeededShuffle)
@@ -146,39 +142,42 @@ TEST(BundleOrdering, RandomIsTheSeededShuffle)
         EXPECT_FALSE(seeded.fellBackToManifestOrder);
     }
     EXPECT_NE(BundleOrdering::order(items, BundleSort::random, 7).positions,
-              BundleOrdering::order(items, BundleSort::random, 8).positions);
+        BundleOrdering::order(items, BundleSort::random, 8).positions);
 }
 
 TEST(BundleOrdering, DateSortsAscendWithTiesByPosition)
 {
-    const struct
-    {
+    const struct {
         const char *name;
         std::vector<BundleItem> items;
         BundleSort sort;
         Positions expected;
     } table[] = {
         {"distinct", itemsCreated({"2024-05-03T00:00:00Z", "2024-05-01T00:00:00Z", "2024-05-02T00:00:00Z"}),
-         BundleSort::created, {1, 2, 0}},
-        {"ties", itemsCreated({"2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z", "2024-05-02T00:00:00Z",
-                               "2024-05-01T00:00:00Z"}),
-         BundleSort::created, {1, 3, 0, 2}},
+            BundleSort::created, {1, 2, 0}},
+        {"ties",
+            itemsCreated(
+                {"2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z", "2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"}),
+            BundleSort::created, {1, 3, 0, 2}},
         {"same instant, other notation", itemsModified({"2024-05-01T14:00:00+02:00", "2024-05-01T12:00:00Z"}),
-         BundleSort::modified, {0, 1}},
+            BundleSort::modified, {0, 1}},
         {"offset moves it earlier", itemsModified({"2024-05-01T12:00:00Z", "2024-05-01T13:00:00+02:00"}),
-         BundleSort::modified, {1, 0}},
-        {"fraction counts", itemsModified({"2024-05-01T12:00:00.5Z", "2024-05-01T12:00:00Z"}),
-         BundleSort::modified, {1, 0}},
-        {"created key only", {itemDated("2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"),
-                              itemDated("2024-05-01T00:00:00Z", "2024-05-02T00:00:00Z")},
-         BundleSort::created, {1, 0}},
-        {"modified key only", {itemDated("2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"),
-                               itemDated("2024-05-01T00:00:00Z", "2024-05-02T00:00:00Z")},
-         BundleSort::modified, {0, 1}},
+            BundleSort::modified, {1, 0}},
+        {"fraction counts", itemsModified({"2024-05-01T12:00:00.5Z", "2024-05-01T12:00:00Z"}), BundleSort::modified,
+            {1, 0}},
+        {"created key only",
+            {itemDated("2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"),
+                itemDated("2024-05-01T00:00:00Z", "2024-05-02T00:00:00Z")},
+            BundleSort::created, {1, 0}},
+        {"modified key only",
+            {itemDated("2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"),
+                itemDated("2024-05-01T00:00:00Z", "2024-05-02T00:00:00Z")},
+            BundleSort::modified, {0, 1}},
     };
     for (const auto &row : table) {
         SCOPED_TRACE(row.name);
-        EXPECT_EQ(BundleOrdering::order(row.items, row.sort, std::nullopt), (BundleOrderingResult{row.expected, false}));
+        EXPECT_EQ(
+            BundleOrdering::order(row.items, row.sort, std::nullopt), (BundleOrderingResult {row.expected, false}));
     }
 }
 
@@ -194,7 +193,8 @@ TEST(BundleOrdering, ManyTiesKeepManifestOrderWithinEachDate)
         for (qsizetype i = bucket; i < 300; i += 3)
             expected.push_back(i);
     }
-    EXPECT_EQ(BundleOrdering::order(items, BundleSort::created, std::nullopt), (BundleOrderingResult{expected, false}));
+    EXPECT_EQ(
+        BundleOrdering::order(items, BundleSort::created, std::nullopt), (BundleOrderingResult {expected, false}));
 }
 
 TEST(BundleOrdering, MissingDateFallsBackToManifestOrder)
@@ -206,19 +206,19 @@ TEST(BundleOrdering, MissingDateFallsBackToManifestOrder)
             // Descending dates, so a real sort would reverse them.
             std::vector<BundleItem> items;
             for (const char *date : {"2024-05-05T00:00:00Z", "2024-05-04T00:00:00Z", "2024-05-03T00:00:00Z",
-                                     "2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"})
+                     "2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"})
                 items.push_back(itemDated(date, date));
             auto &key = sort == BundleSort::created ? items[2].sourceCreatedUtc : items[2].sourceModifiedUtc;
             key = bad ? text(*bad) : std::nullopt;
-            EXPECT_EQ(BundleOrdering::order(items, sort, 3), (BundleOrderingResult{{0, 1, 2, 3, 4}, true}));
+            EXPECT_EQ(BundleOrdering::order(items, sort, 3), (BundleOrderingResult {{0, 1, 2, 3, 4}, true}));
         }
     }
 }
 
 TEST(BundleOrdering, SingleItemWithoutDateFallsBack)
 {
-    EXPECT_EQ(BundleOrdering::order({BundleItem()}, BundleSort::created, std::nullopt),
-              (BundleOrderingResult{{0}, true}));
+    EXPECT_EQ(
+        BundleOrdering::order({BundleItem()}, BundleSort::created, std::nullopt), (BundleOrderingResult {{0}, true}));
 }
 
 } // namespace

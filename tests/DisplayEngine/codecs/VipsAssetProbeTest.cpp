@@ -33,8 +33,7 @@ using ::testing::UnorderedElementsAreArray;
 
 // Collects every Qt message as "category type: text" so a test can compare the exact lines.
 // Probes log from worker threads too, hence the lock.
-class LogCapture
-{
+class LogCapture {
 public:
     LogCapture()
     {
@@ -53,22 +52,19 @@ public:
     }
     void clear() { take(); }
 
-    static std::string engineInfo(const QString &text)
-    {
-        return "sorvane.engine info: " + text.toStdString();
-    }
+    static std::string engineInfo(const QString &text) { return "sorvane.engine info: " + text.toStdString(); }
 
 private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
     {
-        const char *level = type == QtDebugMsg      ? "debug"
-                            : type == QtInfoMsg     ? "info"
-                            : type == QtWarningMsg  ? "warning"
-                            : type == QtCriticalMsg ? "critical"
-                                                    : "fatal";
+        const char *level = type == QtDebugMsg ? "debug"
+            : type == QtInfoMsg                ? "info"
+            : type == QtWarningMsg             ? "warning"
+            : type == QtCriticalMsg            ? "critical"
+                                               : "fatal";
         std::lock_guard lock(s_mutex);
-        s_lines.push_back(std::string(context.category ? context.category : "default") + " " + level
-                          + ": " + text.toStdString());
+        s_lines.push_back(
+            std::string(context.category ? context.category : "default") + " " + level + ": " + text.toStdString());
     }
 
     static inline std::mutex s_mutex;
@@ -81,14 +77,13 @@ std::string describe(const std::optional<BundleProbeResult> &result)
 {
     if (!result)
         return "refused";
-    return std::to_string(result->width) + "x" + std::to_string(result->height) + ", "
-           + std::to_string(result->bytes) + " bytes";
+    return std::to_string(result->width) + "x" + std::to_string(result->height) + ", " + std::to_string(result->bytes)
+        + " bytes";
 }
 
 enum class Format { jpeg, png, webp, tiff, gif };
 
-struct ImageRef
-{
+struct ImageRef {
     VipsImage *image = nullptr;
     ~ImageRef()
     {
@@ -115,8 +110,8 @@ bool saveImage(const QString &path, Format format, int width, int height, int ba
 {
     const QByteArray pixels = noisyPixels(width, height, bands);
     ImageRef image;
-    image.image = vips_image_new_from_memory_copy(pixels.constData(), size_t(pixels.size()), width, height,
-                                                  bands, VIPS_FORMAT_UCHAR);
+    image.image = vips_image_new_from_memory_copy(
+        pixels.constData(), size_t(pixels.size()), width, height, bands, VIPS_FORMAT_UCHAR);
     if (!image.image)
         return false;
     const QByteArray file = QFile::encodeName(path);
@@ -215,18 +210,17 @@ QByteArray pngClaiming(quint32 width, quint32 height)
     const QByteArray rows(4 * (1 + qsizetype(width) * 3), '\0');
     const QByteArray zlibStream = qCompress(rows).mid(4); // qCompress prefixes a length
     return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", ihdr) + pngChunk("IDAT", zlibStream)
-           + pngChunk("IEND", {});
+        + pngChunk("IEND", {});
 }
 
 qint64 peakResidentBytes()
 {
-    rusage usage{};
+    rusage usage {};
     getrusage(RUSAGE_SELF, &usage);
     return qint64(usage.ru_maxrss) * 1024; // kilobytes on Linux
 }
 
-struct DecodableCase
-{
+struct DecodableCase {
     const char *name;
     Format format;
     int width;
@@ -244,8 +238,7 @@ const DecodableCase decodableCases[] = {
     {"Été à Nice [2].jpg", Format::jpeg, 33, 21, 3},
 };
 
-struct RefusedCase
-{
+struct RefusedCase {
     const char *name;
     const char *logTail;
 };
@@ -261,8 +254,7 @@ const RefusedCase refusedCases[] = {
     {"huge.png", "would not decode"},
 };
 
-class VipsAssetProbeTest : public ::testing::Test
-{
+class VipsAssetProbeTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
@@ -337,8 +329,8 @@ TEST_F(VipsAssetProbeTest, UndecodableFilesAreRefusedWithTheirOwnLogLine)
 
         EXPECT_EQ(describe(result), "refused");
         EXPECT_THAT(log.take(),
-                    ElementsAre(LogCapture::engineInfo(QStringLiteral("Decode probe: %1 %2")
-                                                           .arg(file, QString::fromUtf8(c.logTail)))));
+            ElementsAre(
+                LogCapture::engineInfo(QStringLiteral("Decode probe: %1 %2").arg(file, QString::fromUtf8(c.logTail)))));
     }
 }
 
@@ -365,8 +357,8 @@ TEST_F(VipsAssetProbeTest, HugeClaimedSizeIsRefusedWithoutAllocatingThePixels)
     EXPECT_FALSE(m_probe.probe(path("huge.png")).has_value());
 
     EXPECT_LT(peakResidentBytes() - peakBefore, qint64(64) << 20);
-    EXPECT_THAT(log.take(), ElementsAre(LogCapture::engineInfo(
-                                QStringLiteral("Decode probe: %1 would not decode").arg(path("huge.png")))));
+    EXPECT_THAT(log.take(),
+        ElementsAre(LogCapture::engineInfo(QStringLiteral("Decode probe: %1 would not decode").arg(path("huge.png")))));
 }
 
 TEST_F(VipsAssetProbeTest, ConcurrentProbesGiveTheSameAnswersAsSequentialOnes)

@@ -27,8 +27,7 @@ TEST(ImageItem, PlainLocalFileDefaults)
 
 TEST(ImageItem, DisplayName)
 {
-    struct Case
-    {
+    struct Case {
         QUrl url;
         std::optional<QString> metadataName;
         QString expected;
@@ -65,7 +64,7 @@ TEST(ImageItem, IdentityIsTheIdNotTheUrl)
     edited.setMediaType(MediaType::livePhoto);
     EXPECT_EQ(edited, first);
 
-    const QSet<ImageItem> set{first, second, edited};
+    const QSet<ImageItem> set {first, second, edited};
     EXPECT_EQ(set.size(), 2);
 }
 

@@ -36,7 +36,7 @@ ImageMetadata everyField()
     m.focalLength = 23.5;
     m.dateTaken = date("2023-07-14T08:15:29.999Z");
     m.tags = {QStringLiteral("beach"), QStringLiteral("summer")};
-    m.location = ImageMetadata::Location{-33.8568, 151.2153};
+    m.location = ImageMetadata::Location {-33.8568, 151.2153};
     return m;
 }
 
@@ -54,13 +54,13 @@ TEST(ImageMetadata, WritesCamelCaseKeysAndUtcDates)
     ImageMetadata m = everyField();
     m.createdDate = QDateTime(QDate(2023, 7, 14), QTime(10, 15, 30, 250), QTimeZone(7200));
     const QJsonObject json = m.toJson();
-    EXPECT_EQ(json.keys(), (QStringList{"cameraMake", "cameraModel", "createdDate", "dateTaken", "downloadUrl",
-                                        "exposureTime", "fNumber", "focalLength", "height", "id", "iso", "location",
-                                        "mimeType", "modifiedDate", "name", "size", "tags", "thumbnailLink",
-                                        "webViewLink", "width"}));
+    EXPECT_EQ(json.keys(),
+        (QStringList {"cameraMake", "cameraModel", "createdDate", "dateTaken", "downloadUrl", "exposureTime", "fNumber",
+            "focalLength", "height", "id", "iso", "location", "mimeType", "modifiedDate", "name", "size", "tags",
+            "thumbnailLink", "webViewLink", "width"}));
     EXPECT_EQ(json.value(QLatin1StringView("createdDate")).toString(), QStringLiteral("2023-07-14T08:15:30.250Z"));
     EXPECT_EQ(json.value(QLatin1StringView("location")).toObject(),
-              parseObject(R"({"latitude":-33.8568,"longitude":151.2153})"));
+        parseObject(R"({"latitude":-33.8568,"longitude":151.2153})"));
 }
 
 TEST(ImageMetadata, MinimalRecordHasEveryOptionalAbsentAndWritesNoMore)
@@ -68,7 +68,7 @@ TEST(ImageMetadata, MinimalRecordHasEveryOptionalAbsentAndWritesNoMore)
     const char *minimal = R"({"id":"1","name":"a.png","tags":[]})";
     const auto decoded = ImageMetadata::fromJson(parseObject(minimal));
     ASSERT_TRUE(decoded);
-    EXPECT_EQ(*decoded, (ImageMetadata{.id = QStringLiteral("1"), .name = QStringLiteral("a.png")}));
+    EXPECT_EQ(*decoded, (ImageMetadata {.id = QStringLiteral("1"), .name = QStringLiteral("a.png")}));
     EXPECT_EQ(decoded->toJson(), parseObject(minimal));
 }
 
@@ -78,8 +78,7 @@ TEST(ImageMetadata, DatesAreReadWithOrWithoutMillisecondsAndAnyOffset)
     qputenv("TZ", "Asia/Tokyo");
     tzset();
     const std::pair<const char *, const char *> cases[] = {
-        {"2024-02-29T23:59:59Z", "2024-02-29T23:59:59.000Z"},
-        {"2024-02-29T23:59:59.5Z", "2024-02-29T23:59:59.500Z"},
+        {"2024-02-29T23:59:59Z", "2024-02-29T23:59:59.000Z"}, {"2024-02-29T23:59:59.5Z", "2024-02-29T23:59:59.500Z"},
         {"2024-03-01T01:59:59.123+02:00", "2024-02-29T23:59:59.123Z"},
         {"2024-02-29T23:59:59", "2024-02-29T23:59:59.000Z"}, // no zone: UTC
     };
@@ -95,17 +94,14 @@ TEST(ImageMetadata, DatesAreReadWithOrWithoutMillisecondsAndAnyOffset)
     tzset();
 }
 
-struct DecodeFailure
-{
+struct DecodeFailure {
     friend void PrintTo(const DecodeFailure &c, std::ostream *os) { *os << '"' << c.json << '"'; }
 
     const char *json;
     const char *keyInError;
 };
 
-class ImageMetadataDecodeFailure : public testing::TestWithParam<DecodeFailure>
-{
-};
+class ImageMetadataDecodeFailure : public testing::TestWithParam<DecodeFailure> { };
 
 TEST_P(ImageMetadataDecodeFailure, FailsNamingTheKey)
 {
@@ -114,22 +110,21 @@ TEST_P(ImageMetadataDecodeFailure, FailsNamingTheKey)
     EXPECT_TRUE(error.contains(QString::fromUtf8(GetParam().keyInError))) << error.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Records, ImageMetadataDecodeFailure,
+INSTANTIATE_TEST_SUITE_P(Records, ImageMetadataDecodeFailure,
     testing::Values(
         // Missing required keys, also inside a present location.
-        DecodeFailure{R"({"name":"a","tags":[]})", "\"id\""}, DecodeFailure{R"({"id":"1","tags":[]})", "\"name\""},
-        DecodeFailure{R"({"id":"1","name":"a"})", "\"tags\""},
-        DecodeFailure{R"({"id":null,"name":"a","tags":[]})", "\"id\""},
-        DecodeFailure{R"({"id":"1","name":"a","tags":[],"location":{"latitude":1}})", "\"longitude\""},
+        DecodeFailure {R"({"name":"a","tags":[]})", "\"id\""}, DecodeFailure {R"({"id":"1","tags":[]})", "\"name\""},
+        DecodeFailure {R"({"id":"1","name":"a"})", "\"tags\""},
+        DecodeFailure {R"({"id":null,"name":"a","tags":[]})", "\"id\""},
+        DecodeFailure {R"({"id":"1","name":"a","tags":[],"location":{"latitude":1}})", "\"longitude\""},
         // Wrongly typed values.
-        DecodeFailure{R"({"id":"1","name":"a","tags":["x",2]})", "\"tags\""},
-        DecodeFailure{R"({"id":"1","name":"a","tags":[],"size":"12"})", "\"size\""},
-        DecodeFailure{R"({"id":"1","name":"a","tags":[],"size":1.5})", "\"size\""},
-        DecodeFailure{R"({"id":"1","name":"a","tags":[],"width":3000000000})", "\"width\""},
-        DecodeFailure{R"({"id":"1","name":"a","tags":[],"fNumber":"2.8"})", "\"fNumber\""},
-        DecodeFailure{R"({"id":"1","name":"a","tags":[],"createdDate":"yesterday"})", "\"createdDate\""},
-        DecodeFailure{R"({"id":"1","name":"a","tags":[],"location":[1,2]})", "\"location\""}));
+        DecodeFailure {R"({"id":"1","name":"a","tags":["x",2]})", "\"tags\""},
+        DecodeFailure {R"({"id":"1","name":"a","tags":[],"size":"12"})", "\"size\""},
+        DecodeFailure {R"({"id":"1","name":"a","tags":[],"size":1.5})", "\"size\""},
+        DecodeFailure {R"({"id":"1","name":"a","tags":[],"width":3000000000})", "\"width\""},
+        DecodeFailure {R"({"id":"1","name":"a","tags":[],"fNumber":"2.8"})", "\"fNumber\""},
+        DecodeFailure {R"({"id":"1","name":"a","tags":[],"createdDate":"yesterday"})", "\"createdDate\""},
+        DecodeFailure {R"({"id":"1","name":"a","tags":[],"location":[1,2]})", "\"location\""}));
 
 } // namespace
 } // namespace sorvane

@@ -9,8 +9,7 @@
 namespace sorvane {
 namespace {
 
-template <typename Enum>
-void expectRawRoundTrip(const std::vector<std::pair<Enum, QString>> &table)
+template <typename Enum> void expectRawRoundTrip(const std::vector<std::pair<Enum, QString>> &table)
 {
     for (const auto &[value, raw] : table) {
         EXPECT_EQ(toRaw(value), raw);
@@ -21,16 +20,14 @@ void expectRawRoundTrip(const std::vector<std::pair<Enum, QString>> &table)
 TEST(RawValues, EachCaseHasItsExactRawString)
 {
     expectRawRoundTrip<MediaType>({{MediaType::image, QStringLiteral("image")},
-                                   {MediaType::video, QStringLiteral("video")},
-                                   {MediaType::livePhoto, QStringLiteral("livePhoto")}});
+        {MediaType::video, QStringLiteral("video")}, {MediaType::livePhoto, QStringLiteral("livePhoto")}});
     expectRawRoundTrip<VideoTier>({{VideoTier::tier1, QStringLiteral("tier1")},
-                                   {VideoTier::tier2, QStringLiteral("tier2")},
-                                   {VideoTier::tier3, QStringLiteral("tier3")}});
+        {VideoTier::tier2, QStringLiteral("tier2")}, {VideoTier::tier3, QStringLiteral("tier3")}});
     expectRawRoundTrip<CloudProviderType>({{CloudProviderType::googleDrive, QStringLiteral("google_drive")},
-                                           {CloudProviderType::googlePhotos, QStringLiteral("google_photos")},
-                                           {CloudProviderType::icloud, QStringLiteral("icloud_photos")},
-                                           {CloudProviderType::dropbox, QStringLiteral("dropbox")},
-                                           {CloudProviderType::onedrive, QStringLiteral("onedrive")}});
+        {CloudProviderType::googlePhotos, QStringLiteral("google_photos")},
+        {CloudProviderType::icloud, QStringLiteral("icloud_photos")},
+        {CloudProviderType::dropbox, QStringLiteral("dropbox")},
+        {CloudProviderType::onedrive, QStringLiteral("onedrive")}});
 }
 
 TEST(RawValues, NearMissesAreRejected)
@@ -44,8 +41,7 @@ TEST(RawValues, NearMissesAreRejected)
         EXPECT_EQ(fromRaw<CloudProviderType>(QString::fromUtf8(raw)), std::nullopt) << raw;
 }
 
-struct ProviderLabels
-{
+struct ProviderLabels {
     CloudProviderType provider;
     const char *displayName;
     QList<uint> iconCodePoints;
@@ -53,7 +49,7 @@ struct ProviderLabels
 
 TEST(CloudProviderType, LabelsAndIconsInPickerOrder)
 {
-    const std::vector<ProviderLabels> expected{
+    const std::vector<ProviderLabels> expected {
         {CloudProviderType::googleDrive, "Google Drive", {0x1F310}},
         {CloudProviderType::googlePhotos, "Google Photos", {0x1F4F7}},
         {CloudProviderType::icloud, "iCloud Photos", {0x2601, 0xFE0F}},

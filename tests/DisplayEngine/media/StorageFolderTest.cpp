@@ -36,7 +36,7 @@ TEST(StorageFolder, RoundTripsWithAndWithoutOptionals)
         EXPECT_EQ(*decoded, folder);
     }
     EXPECT_EQ(holidays().toJson(),
-              parseObject(R"({"id":"f-42","provider":"google_drive","path":"/Photos/Holidays","name":"Holidays"})"));
+        parseObject(R"({"id":"f-42","provider":"google_drive","path":"/Photos/Holidays","name":"Holidays"})"));
 }
 
 TEST(StorageFolder, FailsOnMissingOrWronglyTypedKeys)
@@ -58,7 +58,7 @@ TEST(StorageFolder, EqualFoldersCollapseInASetAndChangedOnesDoNot)
 {
     StorageFolder changed = holidays();
     changed.etag = QStringLiteral("v2");
-    const QSet<StorageFolder> folders{holidays(), holidays(), changed};
+    const QSet<StorageFolder> folders {holidays(), holidays(), changed};
     EXPECT_EQ(folders.size(), 2);
 }
 

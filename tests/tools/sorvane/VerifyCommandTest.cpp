@@ -15,8 +15,7 @@ namespace {
 
 using test::BundleFixture;
 
-struct Outcome
-{
+struct Outcome {
     int status = -1;
     QString out;
     QString err;
@@ -28,7 +27,7 @@ Outcome run(const QString &program, const QStringList &arguments)
     process.start(program, arguments);
     EXPECT_TRUE(process.waitForFinished(120000)) << qPrintable(program);
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+        QString::fromUtf8(process.readAllStandardError())};
 }
 
 Outcome sorvane(const QStringList &arguments)
@@ -45,8 +44,7 @@ QJsonObject parseJson(const QString &text)
 }
 
 // A real bundle of decodable JPEGs with every size and hash recorded.
-class SampleBundle : public testing::Test
-{
+class SampleBundle : public testing::Test {
 protected:
     static void SetUpTestSuite()
     {
@@ -128,7 +126,7 @@ TEST(VerifyCommand, JsonListsReportsMissingItemsTiersAndPlayOrder)
     fixture.addItem("b", {{"full", 20}});
     fixture.addItem("c", {{"full", 20}});
     QFile::remove(fixture.path("media/full/b.bin"));
-    fixture.manifest.playback = BundlePlaybackJSON{};
+    fixture.manifest.playback = BundlePlaybackJSON {};
     fixture.manifest.playback->sort = "sequential";
     fixture.manifest.playback->background = "plaid";
     fixture.writeManifest();
@@ -152,10 +150,10 @@ TEST(VerifyCommand, JsonListsReportsMissingItemsTiersAndPlayOrder)
     const QJsonArray items = json["items"].toArray();
     ASSERT_EQ(items.size(), 2);
     const QJsonObject tiers = items[0].toObject()["tiers"].toObject();
-    EXPECT_EQ(tiers.keys(), (QStringList{"full", "tile"}));
+    EXPECT_EQ(tiers.keys(), (QStringList {"full", "tile"}));
     EXPECT_EQ(tiers["tile"].toObject()["bytes"].toInteger(), 10);
     EXPECT_EQ(items[1].toObject()["mediaType"].toString(), "image");
-    EXPECT_EQ(json["playOrder"].toArray(), (QJsonArray{"a", "c"}));
+    EXPECT_EQ(json["playOrder"].toArray(), (QJsonArray {"a", "c"}));
 }
 
 TEST(VerifyCommand, TextNamesTheErrorOnStandardError)
@@ -170,8 +168,7 @@ TEST(VerifyCommand, TextNamesTheErrorOnStandardError)
 
 TEST(VerifyCommand, UsageErrorsExitTwoAndHelpExitsZero)
 {
-    struct Case
-    {
+    struct Case {
         QStringList arguments;
         int status;
         const char *needle;
@@ -189,8 +186,8 @@ TEST(VerifyCommand, UsageErrorsExitTwoAndHelpExitsZero)
     for (const Case &c : cases) {
         const Outcome result = sorvane(c.arguments);
         EXPECT_EQ(result.status, c.status) << qPrintable(c.arguments.join(' '));
-        EXPECT_TRUE((result.out + result.err).contains(c.needle))
-            << qPrintable(c.arguments.join(' ')) << "\n" << qPrintable(result.out + result.err);
+        EXPECT_TRUE((result.out + result.err).contains(c.needle)) << qPrintable(c.arguments.join(' ')) << "\n"
+                                                                  << qPrintable(result.out + result.err);
     }
 }
 
