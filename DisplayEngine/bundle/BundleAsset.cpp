@@ -6,18 +6,19 @@ namespace sorvane {
 
 BundleAsset BundleAsset::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundleAsset a;
-    a.path = string(o.value(QLatin1StringView("path")));
-    a.w = integer(o.value(QLatin1StringView("w")));
-    a.h = integer(o.value(QLatin1StringView("h")));
-    a.bytes = integer(o.value(QLatin1StringView("bytes")));
-    a.sha256 = string(o.value(QLatin1StringView("sha256")));
-    a.durationSeconds = number(o.value(QLatin1StringView("duration_seconds")));
-    a.container = string(o.value(QLatin1StringView("container")));
-    a.videoCodec = string(o.value(QLatin1StringView("video_codec")));
-    a.audioCodec = string(o.value(QLatin1StringView("audio_codec")));
-    a.hasAudio = boolean(o.value(QLatin1StringView("has_audio")));
+    a.path = string(r.take(QLatin1StringView("path")));
+    a.w = integer(r.take(QLatin1StringView("w")));
+    a.h = integer(r.take(QLatin1StringView("h")));
+    a.bytes = integer(r.take(QLatin1StringView("bytes")));
+    a.sha256 = string(r.take(QLatin1StringView("sha256")));
+    a.durationSeconds = number(r.take(QLatin1StringView("duration_seconds")));
+    a.container = string(r.take(QLatin1StringView("container")));
+    a.videoCodec = string(r.take(QLatin1StringView("video_codec")));
+    a.audioCodec = string(r.take(QLatin1StringView("audio_codec")));
+    a.hasAudio = boolean(r.take(QLatin1StringView("has_audio")));
     return a;
 }
 

@@ -8,15 +8,16 @@ using L = QLatin1StringView;
 
 BundleBrandingOverlayJson BundleBrandingOverlayJson::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundleBrandingOverlayJson b;
-    b.enabled = boolean(o.value(L("enabled")));
-    b.corner = string(o.value(L("corner")));
-    b.sizePercent = number(o.value(L("size_percent")));
-    b.opacity = number(o.value(L("opacity")));
-    b.marginPercent = number(o.value(L("margin_percent")));
+    b.enabled = boolean(r.take(L("enabled")));
+    b.corner = string(r.take(L("corner")));
+    b.sizePercent = number(r.take(L("size_percent")));
+    b.opacity = number(r.take(L("opacity")));
+    b.marginPercent = number(r.take(L("margin_percent")));
     b.unknownMemberCount
-        = countUnknown(o, {L("enabled"), L("corner"), L("size_percent"), L("opacity"), L("margin_percent")});
+        = r.unknownCount();
     return b;
 }
 
@@ -33,14 +34,15 @@ BundleJSON BundleBrandingOverlayJson::toJson() const
 
 BundleBrandingJson BundleBrandingJson::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundleBrandingJson b;
-    b.displayName = string(o.value(L("display_name")));
-    b.logoAsset = string(o.value(L("logo_asset")));
-    b.holding = boolean(o.value(L("holding")));
-    if (const auto overlay = object(o.value(L("overlay"))))
+    b.displayName = string(r.take(L("display_name")));
+    b.logoAsset = string(r.take(L("logo_asset")));
+    b.holding = boolean(r.take(L("holding")));
+    if (const auto overlay = object(r.take(L("overlay"))))
         b.overlay = BundleBrandingOverlayJson::fromJson(*overlay);
-    b.unknownMemberCount = countUnknown(o, {L("display_name"), L("logo_asset"), L("holding"), L("overlay")});
+    b.unknownMemberCount = r.unknownCount();
     return b;
 }
 

@@ -10,11 +10,12 @@ using L = QLatin1StringView;
 
 BundlePerScreenJSON BundlePerScreenJSON::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundlePerScreenJSON s;
-    s.screenOrdinal = integer(o.value(L("screen_ordinal")));
-    s.preferredMode = string(o.value(L("preferred_mode")));
-    s.preferredCollageLayout = string(o.value(L("preferred_collage_layout")));
+    s.screenOrdinal = integer(r.take(L("screen_ordinal")));
+    s.preferredMode = string(r.take(L("preferred_mode")));
+    s.preferredCollageLayout = string(r.take(L("preferred_collage_layout")));
     return s;
 }
 
@@ -29,23 +30,22 @@ BundleJSON BundlePerScreenJSON::toJson() const
 
 BundleDisplayJSON BundleDisplayJSON::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundleDisplayJSON d;
-    d.preferredScreenCount = integer(o.value(L("preferred_screen_count")));
-    d.preferredControlScope = string(o.value(L("preferred_control_scope")));
-    d.preferredSyncMode = string(o.value(L("preferred_sync_mode")));
-    d.preferredPhaseDelaySeconds = number(o.value(L("preferred_phase_delay_seconds")));
-    d.preferDuplicateAvoidance = boolean(o.value(L("prefer_duplicate_avoidance")));
-    const QJsonValue perScreen = o.value(L("preferred_per_screen"));
+    d.preferredScreenCount = integer(r.take(L("preferred_screen_count")));
+    d.preferredControlScope = string(r.take(L("preferred_control_scope")));
+    d.preferredSyncMode = string(r.take(L("preferred_sync_mode")));
+    d.preferredPhaseDelaySeconds = number(r.take(L("preferred_phase_delay_seconds")));
+    d.preferDuplicateAvoidance = boolean(r.take(L("prefer_duplicate_avoidance")));
+    const QJsonValue perScreen = r.take(L("preferred_per_screen"));
     if (perScreen.isArray()) {
         std::vector<BundlePerScreenJSON> entries;
         for (const QJsonValue &entry : perScreen.toArray())
             entries.push_back(BundlePerScreenJSON::fromJson(entry.toObject()));
         d.preferredPerScreen = std::move(entries);
     }
-    d.unknownMemberCount = countUnknown(o,
-        {L("preferred_screen_count"), L("preferred_control_scope"), L("preferred_sync_mode"),
-            L("preferred_phase_delay_seconds"), L("prefer_duplicate_avoidance"), L("preferred_per_screen")});
+    d.unknownMemberCount = r.unknownCount();
     return d;
 }
 

@@ -26,28 +26,25 @@ bool BundleItem::operator==(const BundleItem &other) const
 
 BundleItem BundleItem::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundleItem item;
-    item.id = string(o.value(QLatin1StringView("id")));
-    item.mediaType = string(o.value(QLatin1StringView("media_type")));
-    item.sourceName = string(o.value(QLatin1StringView("source_name")));
-    item.sourceBytes = integer(o.value(QLatin1StringView("source_bytes")));
-    item.sourceCreatedUtc = string(o.value(QLatin1StringView("source_created_utc")));
-    item.sourceModifiedUtc = string(o.value(QLatin1StringView("source_modified_utc")));
-    item.capturedUtc = string(o.value(QLatin1StringView("captured_utc")));
-    item.animated = boolean(o.value(QLatin1StringView("animated")));
-    if (const auto assets = object(o.value(QLatin1StringView("assets")))) {
+    item.id = string(r.take(QLatin1StringView("id")));
+    item.mediaType = string(r.take(QLatin1StringView("media_type")));
+    item.sourceName = string(r.take(QLatin1StringView("source_name")));
+    item.sourceBytes = integer(r.take(QLatin1StringView("source_bytes")));
+    item.sourceCreatedUtc = string(r.take(QLatin1StringView("source_created_utc")));
+    item.sourceModifiedUtc = string(r.take(QLatin1StringView("source_modified_utc")));
+    item.capturedUtc = string(r.take(QLatin1StringView("captured_utc")));
+    item.animated = boolean(r.take(QLatin1StringView("animated")));
+    if (const auto assets = object(r.take(QLatin1StringView("assets")))) {
         item.assets.reserve(assets->size());
         for (auto it = assets->constBegin(); it != assets->constEnd(); ++it) {
             // A tier whose value is not an object has no usable member: it reads as an empty asset.
             item.assets.emplace_back(it.key(), BundleAsset::fromJson(it.value().toObject()));
         }
     }
-    item.unknownMemberCount = countUnknown(o,
-        {QLatin1StringView("id"), QLatin1StringView("media_type"), QLatin1StringView("source_name"),
-            QLatin1StringView("source_bytes"), QLatin1StringView("source_created_utc"),
-            QLatin1StringView("source_modified_utc"), QLatin1StringView("captured_utc"), QLatin1StringView("animated"),
-            QLatin1StringView("assets")});
+    item.unknownMemberCount = r.unknownCount();
     return item;
 }
 

@@ -3,6 +3,9 @@
 #include "bundle/ManifestFields.h"
 
 #include <QJsonArray>
+#include <QThread>
+
+#include <thread>
 
 namespace sorvane {
 
@@ -10,51 +13,61 @@ using L = QLatin1StringView;
 
 BundleManifest BundleManifest::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundleManifest m;
-    m.format = string(o.value(L("format")));
-    m.formatVersion = integer(o.value(L("format_version")));
-    m.minReaderVersion = integer(o.value(L("min_reader_version")));
-    m.bundleId = string(o.value(L("bundle_id")));
-    m.title = string(o.value(L("title")));
-    m.createdUtc = string(o.value(L("created_utc")));
-    if (const auto createdBy = object(o.value(L("created_by"))))
+    m.format = string(r.take(L("format")));
+    m.formatVersion = integer(r.take(L("format_version")));
+    m.minReaderVersion = integer(r.take(L("min_reader_version")));
+    m.bundleId = string(r.take(L("bundle_id")));
+    m.title = string(r.take(L("title")));
+    m.createdUtc = string(r.take(L("created_utc")));
+    if (const auto createdBy = object(r.take(L("created_by"))))
         m.createdBy = BundleCreatedBy::fromJson(*createdBy);
-    m.flavor = string(o.value(L("flavor")));
-    m.includeOriginals = boolean(o.value(L("include_originals")));
-    if (const auto counts = object(o.value(L("counts"))))
+    m.flavor = string(r.take(L("flavor")));
+    m.includeOriginals = boolean(r.take(L("include_originals")));
+    if (const auto counts = object(r.take(L("counts"))))
         m.counts = BundleCounts::fromJson(*counts);
-    if (const auto derivatives = object(o.value(L("derivatives"))))
+    if (const auto derivatives = object(r.take(L("derivatives"))))
         m.derivatives = BundleDerivatives::fromJson(*derivatives);
-    if (const auto playback = object(o.value(L("playback"))))
+    if (const auto playback = object(r.take(L("playback"))))
         m.playback = BundlePlaybackJSON::fromJson(*playback);
-    if (const auto display = object(o.value(L("display"))))
+    if (const auto display = object(r.take(L("display"))))
         m.display = BundleDisplayJSON::fromJson(*display);
-    const QJsonValue players = o.value(L("players"));
+    const QJsonValue players = r.take(L("players"));
     if (players.isArray()) {
         std::vector<BundlePlayerEntry> list;
         for (const QJsonValue &entry : players.toArray())
             list.push_back(BundlePlayerEntry::fromJson(entry.toObject()));
         m.players = std::move(list);
     }
-    if (const auto branding = object(o.value(L("branding"))))
+    if (const auto branding = object(r.take(L("branding"))))
         m.branding = BundleBrandingJson::fromJson(*branding);
 
-    const auto itemsIt = o.constFind(L("items"));
-    m.itemsKeyPresent = itemsIt != o.constEnd();
-    if (m.itemsKeyPresent && itemsIt.value().isArray()) {
-        const QJsonArray array = itemsIt.value().toArray();
-        std::vector<BundleItem> items;
-        items.reserve(array.size());
+    const QJsonValue itemsValue = r.take(L("items"));
+    m.itemsKeyPresent = !itemsValue.isUndefined();
+    if (itemsValue.isArray()) {
+        const QJsonArray array = itemsValue.toArray();
+        std::vector<BundleItem> items(size_t(array.size()));
         // An entry that is not an object reads as an item with no members (and so no id).
-        for (const QJsonValue &entry : array)
-            items.push_back(BundleItem::fromJson(entry.toObject()));
+        auto parseRange = [&](qsizetype from, qsizetype to) {
+            for (qsizetype i = from; i < to; ++i)
+                items[size_t(i)] = BundleItem::fromJson(array.at(i).toObject());
+        };
+        // Large manifests are read in two halves at once; reading a shared
+        // document from two threads is safe because nothing here writes to it.
+        constexpr qsizetype parallelFrom = 2000;
+        if (array.size() >= parallelFrom && QThread::idealThreadCount() > 1) {
+            const qsizetype half = array.size() / 2;
+            std::thread second(parseRange, half, array.size());
+            parseRange(0, half);
+            second.join();
+        } else {
+            parseRange(0, array.size());
+        }
         m.items = std::move(items);
     }
-    m.unknownMemberCount = countUnknown(o,
-        {L("format"), L("format_version"), L("min_reader_version"), L("bundle_id"), L("title"), L("created_utc"),
-            L("created_by"), L("flavor"), L("include_originals"), L("counts"), L("derivatives"), L("playback"),
-            L("display"), L("players"), L("branding"), L("items")});
+    m.unknownMemberCount = r.unknownCount();
     return m;
 }
 

@@ -11,12 +11,13 @@ using namespace ManifestFields;
 
 BundleCreatedBy BundleCreatedBy::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     BundleCreatedBy c;
-    c.app = string(o.value(L("app")));
-    c.appVersion = string(o.value(L("app_version")));
-    c.platform = string(o.value(L("platform")));
-    c.writerVersion = integer(o.value(L("writer_version")));
-    c.unknownMemberCount = countUnknown(o, {L("app"), L("app_version"), L("platform"), L("writer_version")});
+    c.app = string(r.take(L("app")));
+    c.appVersion = string(r.take(L("app_version")));
+    c.platform = string(r.take(L("platform")));
+    c.writerVersion = integer(r.take(L("writer_version")));
+    c.unknownMemberCount = r.unknownCount();
     return c;
 }
 
@@ -32,14 +33,15 @@ BundleJSON BundleCreatedBy::toJson() const
 
 BundleCounts BundleCounts::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     BundleCounts c;
-    c.items = integer(o.value(L("items")));
-    c.assetFiles = integer(o.value(L("asset_files")));
-    c.assetBytes = integer(o.value(L("asset_bytes")));
-    c.originalFiles = integer(o.value(L("original_files")));
-    c.originalBytes = integer(o.value(L("original_bytes")));
+    c.items = integer(r.take(L("items")));
+    c.assetFiles = integer(r.take(L("asset_files")));
+    c.assetBytes = integer(r.take(L("asset_bytes")));
+    c.originalFiles = integer(r.take(L("original_files")));
+    c.originalBytes = integer(r.take(L("original_bytes")));
     c.unknownMemberCount
-        = countUnknown(o, {L("items"), L("asset_files"), L("asset_bytes"), L("original_files"), L("original_bytes")});
+        = r.unknownCount();
     return c;
 }
 
@@ -56,10 +58,11 @@ BundleJSON BundleCounts::toJson() const
 
 BundleTier BundleTier::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     BundleTier t;
-    t.name = string(o.value(L("name")));
-    t.targetLongEdge = integer(o.value(L("target_long_edge")));
-    t.dir = string(o.value(L("dir")));
+    t.name = string(r.take(L("name")));
+    t.targetLongEdge = integer(r.take(L("target_long_edge")));
+    t.dir = string(r.take(L("dir")));
     return t;
 }
 
@@ -74,19 +77,20 @@ BundleJSON BundleTier::toJson() const
 
 BundleDerivatives BundleDerivatives::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     BundleDerivatives d;
-    const QJsonValue tiers = o.value(L("tiers"));
+    const QJsonValue tiers = r.take(L("tiers"));
     if (tiers.isArray()) {
         std::vector<BundleTier> list;
         for (const QJsonValue &tier : tiers.toArray())
             list.push_back(BundleTier::fromJson(tier.toObject()));
         d.tiers = std::move(list);
     }
-    d.filtersBakedIn = boolean(o.value(L("filters_baked_in")));
-    d.orientationBakedIn = boolean(o.value(L("orientation_baked_in")));
-    d.metadataStripped = boolean(o.value(L("metadata_stripped")));
+    d.filtersBakedIn = boolean(r.take(L("filters_baked_in")));
+    d.orientationBakedIn = boolean(r.take(L("orientation_baked_in")));
+    d.metadataStripped = boolean(r.take(L("metadata_stripped")));
     d.unknownMemberCount
-        = countUnknown(o, {L("tiers"), L("filters_baked_in"), L("orientation_baked_in"), L("metadata_stripped")});
+        = r.unknownCount();
     return d;
 }
 
@@ -107,13 +111,14 @@ BundleJSON BundleDerivatives::toJson() const
 
 BundlePlayerEntry BundlePlayerEntry::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     BundlePlayerEntry p;
-    p.platform = string(o.value(L("platform")));
-    p.entry = string(o.value(L("entry")));
-    p.payloadDir = string(o.value(L("payload_dir")));
-    p.playerVersion = string(o.value(L("player_version")));
-    p.readerCapabilityVersion = integer(o.value(L("reader_capability_version")));
-    p.bytes = integer(o.value(L("bytes")));
+    p.platform = string(r.take(L("platform")));
+    p.entry = string(r.take(L("entry")));
+    p.payloadDir = string(r.take(L("payload_dir")));
+    p.playerVersion = string(r.take(L("player_version")));
+    p.readerCapabilityVersion = integer(r.take(L("reader_capability_version")));
+    p.bytes = integer(r.take(L("bytes")));
     return p;
 }
 

@@ -8,17 +8,18 @@ using L = QLatin1StringView;
 
 BundleFlowJSON BundleFlowJSON::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundleFlowJSON f;
-    f.orientation = string(o.value(L("orientation")));
-    f.columnAdjustment = integer(o.value(L("column_adjustment")));
-    f.infiniteScroll = boolean(o.value(L("infinite_scroll")));
-    f.bidirectionalScroll = boolean(o.value(L("bidirectional_scroll")));
-    f.scrollSpeed = number(o.value(L("scroll_speed")));
-    f.autoCycleTiles = boolean(o.value(L("auto_cycle_tiles")));
-    f.tilesPerChange = integer(o.value(L("tiles_per_change")));
-    f.staggerSwaps = boolean(o.value(L("stagger_swaps")));
-    f.weightMode = string(o.value(L("weight_mode")));
+    f.orientation = string(r.take(L("orientation")));
+    f.columnAdjustment = integer(r.take(L("column_adjustment")));
+    f.infiniteScroll = boolean(r.take(L("infinite_scroll")));
+    f.bidirectionalScroll = boolean(r.take(L("bidirectional_scroll")));
+    f.scrollSpeed = number(r.take(L("scroll_speed")));
+    f.autoCycleTiles = boolean(r.take(L("auto_cycle_tiles")));
+    f.tilesPerChange = integer(r.take(L("tiles_per_change")));
+    f.staggerSwaps = boolean(r.take(L("stagger_swaps")));
+    f.weightMode = string(r.take(L("weight_mode")));
     return f;
 }
 
@@ -39,30 +40,28 @@ BundleJSON BundleFlowJSON::toJson() const
 
 BundlePlaybackJSON BundlePlaybackJSON::fromJson(const QJsonObject &o)
 {
+    ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
     BundlePlaybackJSON p;
-    p.mode = string(o.value(L("mode")));
-    p.collageLayout = string(o.value(L("collage_layout")));
-    p.intervalSeconds = number(o.value(L("interval_seconds")));
-    p.autoAdvance = boolean(o.value(L("auto_advance")));
-    p.loop = boolean(o.value(L("loop")));
-    p.reshuffleOnLoop = boolean(o.value(L("reshuffle_on_loop")));
-    p.sort = string(o.value(L("sort")));
-    p.shuffleSeed = integer(o.value(L("shuffle_seed")));
-    p.crossfade = boolean(o.value(L("crossfade")));
-    p.transitionSeconds = number(o.value(L("transition_seconds")));
-    p.imageScaling = string(o.value(L("image_scaling")));
-    p.background = string(o.value(L("background")));
-    p.imageFilter = string(o.value(L("image_filter")));
-    p.showImageInfo = boolean(o.value(L("show_image_info")));
-    p.fileDisplayFormat = string(o.value(L("file_display_format")));
-    p.showProgress = boolean(o.value(L("show_progress")));
-    if (const auto flow = object(o.value(L("flow"))))
+    p.mode = string(r.take(L("mode")));
+    p.collageLayout = string(r.take(L("collage_layout")));
+    p.intervalSeconds = number(r.take(L("interval_seconds")));
+    p.autoAdvance = boolean(r.take(L("auto_advance")));
+    p.loop = boolean(r.take(L("loop")));
+    p.reshuffleOnLoop = boolean(r.take(L("reshuffle_on_loop")));
+    p.sort = string(r.take(L("sort")));
+    p.shuffleSeed = integer(r.take(L("shuffle_seed")));
+    p.crossfade = boolean(r.take(L("crossfade")));
+    p.transitionSeconds = number(r.take(L("transition_seconds")));
+    p.imageScaling = string(r.take(L("image_scaling")));
+    p.background = string(r.take(L("background")));
+    p.imageFilter = string(r.take(L("image_filter")));
+    p.showImageInfo = boolean(r.take(L("show_image_info")));
+    p.fileDisplayFormat = string(r.take(L("file_display_format")));
+    p.showProgress = boolean(r.take(L("show_progress")));
+    if (const auto flow = object(r.take(L("flow"))))
         p.flow = BundleFlowJSON::fromJson(*flow);
-    p.unknownMemberCount = countUnknown(o,
-        {L("mode"), L("collage_layout"), L("interval_seconds"), L("auto_advance"), L("loop"), L("reshuffle_on_loop"),
-            L("sort"), L("shuffle_seed"), L("crossfade"), L("transition_seconds"), L("image_scaling"), L("background"),
-            L("image_filter"), L("show_image_info"), L("file_display_format"), L("show_progress"), L("flow")});
+    p.unknownMemberCount = r.unknownCount();
     return p;
 }
 

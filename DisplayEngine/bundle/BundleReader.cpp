@@ -13,6 +13,7 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 #include <QThread>
+#include <QThreadPool>
 #include <QtNumeric>
 
 #include <algorithm>
@@ -102,7 +103,7 @@ void checkPresence(AssetCheck &check, BundleRootGuard &guard)
 // Expensive checks: content hash, then decoding.
 void checkContent(AssetCheck &check, const BundleOpenOptions &options)
 {
-    if (check.failure || check.isOriginal)
+    if (check.failure || check.isOriginal || options.verification == BundleVerification::sizeAndCount)
         return;
     if (options.verification == BundleVerification::full) {
         const auto digest = Sha256::ofFile(check.resolution.absolutePath);
@@ -118,15 +119,25 @@ void checkContent(AssetCheck &check, const BundleOpenOptions &options)
     }
 }
 
-void checkContentInParallel(std::vector<AssetCheck> &checks, const BundleOpenOptions &options)
+// Presence, then content, for every asset. Work is shared among threads once
+// there is enough of it: hashing and decoding always, file checks when there are many.
+void checkAssets(std::vector<AssetCheck> &checks, BundleRootGuard &guard, const BundleOpenOptions &options)
 {
-    if (options.verification == BundleVerification::sizeAndCount)
+    auto checkOne = [&](AssetCheck &check) {
+        checkPresence(check, guard);
+        checkContent(check, options);
+    };
+    constexpr size_t parallelPresenceFrom = 1000;
+    if (options.verification == BundleVerification::sizeAndCount && checks.size() < parallelPresenceFrom) {
+        for (AssetCheck &check : checks)
+            checkOne(check);
         return;
+    }
     const int workers = std::clamp(QThread::idealThreadCount(), 1, 8);
     std::atomic<size_t> next {0};
     auto work = [&] {
         for (size_t i = next++; i < checks.size(); i = next++)
-            checkContent(checks[i], options);
+            checkOne(checks[i]);
     };
     std::vector<std::thread> threads;
     for (int i = 1; i < workers; ++i)
@@ -163,6 +174,15 @@ struct ManifestRead {
     std::optional<BundleError> error;
 };
 
+// Tearing down a large parsed document takes as long as a tenth of the open;
+// nothing waits for it, so it happens on a pool thread.
+void releaseInBackground(QJsonObject object)
+{
+    if (object.size() == 0)
+        return;
+    QThreadPool::globalInstance()->start([document = std::move(object)]() mutable { document = QJsonObject(); });
+}
+
 ManifestRead readManifest(const QString &manifestPath)
 {
     ManifestRead read;
@@ -186,7 +206,10 @@ ManifestRead readManifest(const QString &manifestPath)
     if (!file.open(QIODevice::ReadOnly))
         return unreadable(file.errorString());
     // Read at most one byte past the limit: the file may have grown since it was measured.
-    const QByteArray bytes = file.read(BundleFormat::maxManifestBytes + 1);
+    // Sized to the file as measured, plus one byte to notice growth; never the whole limit up front.
+    QByteArray bytes = file.read(info.size() + 1);
+    if (bytes.size() > info.size())
+        bytes += file.read(BundleFormat::maxManifestBytes + 1 - bytes.size());
     if (file.error() != QFileDevice::NoError)
         return unreadable(file.errorString());
     if (bytes.size() > BundleFormat::maxManifestBytes)
@@ -278,12 +301,13 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     }
 
     // 2-3. Read and parse.
-    const ManifestRead read = readManifest(manifestPath);
+    ManifestRead read = readManifest(manifestPath);
     if (read.error)
         return failed(*read.error, integrity, reports);
 
     // 4. Build the manifest (cannot fail).
     BundleManifest manifest = BundleManifest::fromJson(*read.object);
+    releaseInBackground(std::move(*read.object));
 
     // 5-9. Identity, versions and items.
     auto malformed = [&](const QString &message, const QString &jsonPath) {
@@ -363,11 +387,10 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
             check.isOriginal = isOriginal;
             check.needsProbe = tier == BundleFormat::tierTile || tier == BundleFormat::tierFull
                 || tier == BundleFormat::tierAnimated;
-            checkPresence(check, guard);
             checks.push_back(std::move(check));
         }
     }
-    checkContentInParallel(checks, options);
+    checkAssets(checks, guard, options);
 
     // Assemble in manifest order so that reports keep the order of discovery.
     size_t next = 0;

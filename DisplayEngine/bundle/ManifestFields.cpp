@@ -49,22 +49,4 @@ std::optional<QJsonObject> object(const QJsonValue &value)
     return value.toObject();
 }
 
-int countUnknown(const QJsonObject &object, std::initializer_list<QLatin1StringView> known)
-{
-    int unknown = 0;
-    for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
-        const QString key = it.key();
-        bool found = false;
-        for (const auto &name : known) {
-            if (key == name) {
-                found = true;
-                break;
-            }
-        }
-        if (!found)
-            ++unknown;
-    }
-    return unknown;
-}
-
 } // namespace sorvane::ManifestFields

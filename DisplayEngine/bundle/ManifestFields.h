@@ -5,7 +5,6 @@
 #include <QLatin1StringView>
 #include <QString>
 
-#include <initializer_list>
 #include <optional>
 
 namespace sorvane::ManifestFields {
@@ -20,7 +19,24 @@ std::optional<double> number(const QJsonValue &value);
 std::optional<bool> boolean(const QJsonValue &value);
 std::optional<QJsonObject> object(const QJsonValue &value);
 
-// How many members of `object` are not among `known`.
-int countUnknown(const QJsonObject &object, std::initializer_list<QLatin1StringView> known);
+// Reads the known members of one object by name and counts the rest without
+// walking the keys: unknown = size - known members found.
+class MemberReader
+{
+public:
+    explicit MemberReader(const QJsonObject &object) : m_object(object) {}
+    QJsonValue take(QLatin1StringView key)
+    {
+        QJsonValue value = m_object.value(key);
+        if (!value.isUndefined())
+            ++m_found;
+        return value;
+    }
+    int unknownCount() const { return int(m_object.size()) - m_found; }
+
+private:
+    const QJsonObject &m_object;
+    int m_found = 0;
+};
 
 } // namespace sorvane::ManifestFields

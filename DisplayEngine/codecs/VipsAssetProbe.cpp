@@ -42,8 +42,7 @@ std::optional<BundleProbeResult> VipsAssetProbe::probe(const QString &filePath) 
 {
     const QByteArray path = QFile::encodeName(filePath);
     const QByteArray name = filePath.toUtf8();
-    if (!VipsRuntime::ensureStarted() || !vips_foreign_find_load(path.constData())) {
-        VipsRuntime::takeError();
+    if (!VipsRuntime::ensureStarted()) {
         qCInfo(lcEngine, "Decode probe: %s is not an image at all", name.constData());
         return std::nullopt;
     }
@@ -52,7 +51,12 @@ std::optional<BundleProbeResult> VipsAssetProbe::probe(const QString &filePath) 
     header.image = vips_image_new_from_file(path.constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
     if (!header.image || header.image->Xsize < 1 || header.image->Ysize < 1) {
         VipsRuntime::takeError();
-        qCInfo(lcEngine, "Decode probe: %s is incomplete", name.constData());
+        // Only now is it worth asking whether any loader recognises the file at all.
+        if (!vips_foreign_find_load(path.constData()))
+            qCInfo(lcEngine, "Decode probe: %s is not an image at all", name.constData());
+        else
+            qCInfo(lcEngine, "Decode probe: %s is incomplete", name.constData());
+        VipsRuntime::takeError();
         return std::nullopt;
     }
     BundleProbeResult result;

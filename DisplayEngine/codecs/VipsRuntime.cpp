@@ -16,6 +16,12 @@ bool VipsRuntime::ensureStarted()
             // Probing thousands of files must not keep them all cached and open.
             vips_cache_set_max(0);
             vips_leak_set(FALSE);
+            // Files come from strangers: only the loaders fit for untrusted input
+            // may sniff them (this also spares every probe a pass through slide,
+            // document and ImageMagick loaders).
+            vips_block_untrusted_set(TRUE);
+            // JPEG XL is a photo format people really have; its loader is kept.
+            vips_operation_block_set("VipsForeignLoadJxlFile", FALSE);
         }
     });
     return started;
