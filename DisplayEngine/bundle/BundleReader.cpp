@@ -70,13 +70,6 @@ QString bytesText(const std::optional<qint64> &bytes)
     return bytes ? QString::number(*bytes) : QStringLiteral("<absent>");
 }
 
-bool isPlayableTier(const QString &tier, const BundleOpenOptions &options)
-{
-    using namespace BundleFormat;
-    return tier == tierTile || tier == tierFull || (tier == tierAnimated && options.supportsAnimation)
-        || (tier == tierVideo && options.supportsVideo);
-}
-
 // Cheap checks: path safety, containment, existence and size.
 void checkPresence(AssetCheck &check, BundleRootGuard &guard)
 {
@@ -424,7 +417,6 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         mediaItem->capturedUtc = BundleTimestamp::parse(item.capturedUtc);
 
         std::optional<BundleReportCode> lastFailure;
-        bool playable = false;
         for (; next < checks.size() && checks[next].itemIndex == i; ++next) {
             const AssetCheck &check = checks[next];
             if (check.isOriginal) {
@@ -448,9 +440,10 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
             }
             addBytes(integrity->resolvedAssetBytes, check.resolution.size);
             mediaItem->resolved[check.tier] = {check.tier, *check.asset, check.resolution.absolutePath};
-            playable = playable || isPlayableTier(check.tier, options);
         }
-        if (!playable) {
+        // Kept only if what it would show first is something other than its untouched original.
+        const BundleResolvedAsset *shown = mediaItem->resolvedAsset(mediaItem->displayTier());
+        if (!shown || shown->key == BundleFormat::tierOriginal) {
             integrity->missingItems.push_back({id, lastFailure.value_or(BundleReportCode::itemAssetMissing),
                 QStringLiteral("no usable asset survived the resolution ladder")});
             continue;

@@ -539,6 +539,24 @@ TEST(BundleMediaItem, AnimatedRungIsSkippedWhenAnimationIsNotSupported)
     EXPECT_EQ(result.bundle->item("only"), nullptr);
 }
 
+TEST(BundleReader, ItemsAreKeptOnlyWhenTheyHaveSomethingToShow)
+{
+    BundleFixture fixture;
+    fixture.manifest.includeOriginals = true;
+    fixture.addItem("stillWithVideoFile", {{"video", 5}});
+    fixture.addItem("originalOnly", {{"original", 5}});
+    fixture.addItem("videoWithoutPoster", {{"video", 5}}, "video");
+    fixture.addItem("videoPosterOnly", {{"full", 5}}, "video");
+    fixture.writeManifest();
+    const BundleOpenResult result = BundleReader::open(fixture.root());
+    ASSERT_TRUE(result.ok());
+    std::vector<QString> kept;
+    for (const auto &item : result.bundle->items)
+        kept.push_back(item->id);
+    EXPECT_EQ(kept, (std::vector<QString>{"videoWithoutPoster", "videoPosterOnly"}));
+    EXPECT_EQ(result.integrity->missingItems.size(), 2u);
+}
+
 // ---- Play order ---------------------------------------------------------------
 
 TEST(OpenedBundlePlayOrder, TimestampGapFallsBackToManifestOrderWithOneReport)
