@@ -13,6 +13,8 @@ repo=$(dirname "$here")
 BUILD_DIR=${BUILD_DIR:-$repo/build-bench}
 RUNS=${RUNS:-21}
 
+"$repo/scripts/bootstrap"
+
 if [[ ! -f "$BUILD_DIR/build.ninja" ]]; then
     cmake -S "$repo" -B "$BUILD_DIR" -G Ninja -DCMAKE_BUILD_TYPE=Release \
         -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang -DSORVANE_BUILD_TESTS=OFF
