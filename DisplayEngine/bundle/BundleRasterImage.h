@@ -6,8 +6,7 @@ namespace sorvane {
 
 // Decoded pixels handed between codecs without a GUI library: 8-bit RGB,
 // rows tightly packed (width * 3 bytes each), top row first.
-struct BundleRasterImage
-{
+struct BundleRasterImage {
     int width = 0;
     int height = 0;
     QByteArray rgb;

@@ -5,8 +5,7 @@
 namespace sorvane {
 
 // What an export is expected to write, shown before it starts.
-struct BundleSizeEstimate
-{
+struct BundleSizeEstimate {
     qint64 imageCount = 0;
     qint64 videoCount = 0;
     qint64 sourceBytes = 0;

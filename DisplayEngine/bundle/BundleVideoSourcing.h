@@ -10,13 +10,12 @@ namespace sorvane {
 // Where a video's poster frame came from.
 enum class BundlePosterOutcome { firstAttempt, fallback, unavailable };
 
-struct BundleVideoInspection
-{
+struct BundleVideoInspection {
     std::optional<BundleRasterImage> poster; // long edge at most 2160 pixels
-    double durationSeconds = 0;              // 0 when unknown
+    double durationSeconds = 0; // 0 when unknown
     int width = 0;
     int height = 0;
-    QString container;  // e.g. "mp4", "mov", "matroska"
+    QString container; // e.g. "mp4", "mov", "matroska"
     QString videoCodec; // e.g. "h264", "hevc", "vp9"
     std::optional<QString> audioCodec;
     bool hasAudio = false;
@@ -27,8 +26,7 @@ struct BundleVideoInspection
 
 // Inspects videos and takes their poster frames. Called from several threads
 // at once, so implementations must be thread-safe.
-class BundleVideoSourcing
-{
+class BundleVideoSourcing {
 public:
     virtual ~BundleVideoSourcing() = default;
     // Poster at half the duration (0.5 s when the duration is unknown), else at 0.5 s.

@@ -9,8 +9,7 @@ namespace sorvane {
 
 // Who made the bundle, as an export asks for it: written to the manifest's
 // branding section, with the logo copied in as assets/branding/logo.png.
-struct BundleWriteBranding
-{
+struct BundleWriteBranding {
     std::optional<QString> displayName;
     std::optional<QString> logoFile; // any image file; converted to PNG
     std::optional<bool> holding;

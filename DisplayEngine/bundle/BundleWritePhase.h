@@ -5,7 +5,15 @@
 namespace sorvane {
 
 // The phases of an export, in the order a write passes through them.
-enum class BundleWritePhase { scanning, hashing, writingDerivatives, copyingOriginals, copyingPlayer, writingManifest, finalizing };
+enum class BundleWritePhase {
+    scanning,
+    hashing,
+    writingDerivatives,
+    copyingOriginals,
+    copyingPlayer,
+    writingManifest,
+    finalizing
+};
 
 QString toString(BundleWritePhase phase);
 

@@ -7,11 +7,10 @@
 
 namespace sorvane {
 
-struct BundleWriteProgress
-{
+struct BundleWriteProgress {
     BundleWritePhase phase = BundleWritePhase::scanning;
     qint64 completed = 0; // items done in this phase
-    qint64 total = 0;     // items in this phase
+    qint64 total = 0; // items in this phase
     std::optional<QString> currentItem;
     // Source bytes done and to do in this phase, for rates and time left (0 when not counted).
     qint64 completedBytes = 0;

@@ -17,8 +17,7 @@ enum class BundleWriteReportCode {
 QString toString(BundleWriteReportCode code);
 
 // Something the export skipped, merged or downgraded; the write went on.
-struct BundleWriteReport
-{
+struct BundleWriteReport {
     BundleWriteReportCode code = BundleWriteReportCode::sourceUndecodable;
     QString message;
     std::optional<QString> sourcePath;

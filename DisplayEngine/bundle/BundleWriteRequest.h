@@ -16,8 +16,7 @@
 namespace sorvane {
 
 // Everything an export needs. Paths are local file paths.
-struct BundleWriteRequest
-{
+struct BundleWriteRequest {
     QStringList sourceFiles;
     QStringList sourceFolders;
     QString destinationDirectory;

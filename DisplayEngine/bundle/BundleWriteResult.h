@@ -10,8 +10,7 @@
 namespace sorvane {
 
 // The one outcome of an export: the finished folder, or an error code and message.
-struct BundleWriteResult
-{
+struct BundleWriteResult {
     std::optional<QString> bundlePath; // absolute path of the finished bundle folder
     bool replacedExistingBundle = false;
     std::optional<BundleWriteErrorCode> errorCode;

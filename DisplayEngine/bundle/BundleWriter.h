@@ -12,16 +12,14 @@
 namespace sorvane {
 
 // A source the scan accepted.
-struct BundleSourceFile
-{
+struct BundleSourceFile {
     QString path; // absolute
     qint64 bytes = 0;
     bool isVideo = false;
 };
 
 // What scanning the request's sources found, and what writing them would take.
-struct BundleSourceScan
-{
+struct BundleSourceScan {
     std::vector<BundleSourceFile> sources; // in export order
     BundleSizeEstimate estimate;
 };
@@ -30,15 +28,14 @@ struct BundleSourceScan
 // call, meant for a background thread; it never throws. It stages everything in
 // a hidden folder beside the destination and moves the result into place only at
 // the end, so nothing ever appears half-written under the final name.
-class BundleWriter
-{
+class BundleWriter {
 public:
     using ProgressCallback = std::function<void(const BundleWriteProgress &)>;
     // Asked while hashing and while writing derivatives; true cancels the write.
     using CancelCheck = std::function<bool()>;
 
-    static BundleWriteResult write(const BundleWriteRequest &request, const ProgressCallback &progress = {},
-                                   const CancelCheck &cancelled = {});
+    static BundleWriteResult write(
+        const BundleWriteRequest &request, const ProgressCallback &progress = {}, const CancelCheck &cancelled = {});
 
     // The sources a write of `request` would take, in order, with a size estimate.
     static BundleSourceScan scan(const BundleWriteRequest &request);

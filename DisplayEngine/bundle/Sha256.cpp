@@ -43,11 +43,16 @@ QString Sha256::ofBytes(QByteArrayView bytes)
     return finish(context.get());
 }
 
-std::optional<QString> Sha256::ofFile(const QString &filePath)
+std::optional<QString> Sha256::ofFile(const QString &filePath, QString *error)
 {
     QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    auto failed = [&]() -> std::optional<QString> {
+        if (error)
+            *error = file.errorString();
         return std::nullopt;
+    };
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return failed();
     DigestContext context = newContext();
     if (!context)
         return std::nullopt;
@@ -56,7 +61,7 @@ std::optional<QString> Sha256::ofFile(const QString &filePath)
     for (;;) {
         const qint64 got = file.read(buffer.data(), qint64(buffer.size()));
         if (got < 0)
-            return std::nullopt;
+            return failed();
         if (got == 0)
             break;
         if (EVP_DigestUpdate(context.get(), buffer.data(), size_t(got)) != 1)

@@ -10,8 +10,8 @@ namespace sorvane {
 class Sha256 {
 public:
     static QString ofBytes(QByteArrayView bytes);
-    // Nothing when the file cannot be opened or read to its end.
-    static std::optional<QString> ofFile(const QString &filePath);
+    // Nothing when the file cannot be opened or read to its end; `error` then says why.
+    static std::optional<QString> ofFile(const QString &filePath, QString *error = nullptr);
 };
 
 } // namespace sorvane

@@ -1,0 +1,104 @@
+#include "bundle/BundleSourceScanner.h"
+
+#include "media/VideoExtensions.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSet>
+
+namespace sorvane {
+
+namespace {
+
+class Walk {
+public:
+    Walk(const BundleWriteRequest &request) : m_request(request)
+    {
+        const QFileInfo destination(request.destinationDirectory);
+        m_destination = destination.exists() ? destination.canonicalFilePath() : destination.absoluteFilePath();
+    }
+
+    void addFile(const QFileInfo &info)
+    {
+        bool isVideo = false;
+        if (!BundleSourceScanner::isSupported(info.fileName(), m_request.includeVideos, &isVideo))
+            return;
+        // A file listed twice, or reached twice through links, is one source.
+        const QString key = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
+        if (m_seenFiles.contains(key))
+            return;
+        m_seenFiles.insert(key);
+        m_sources.push_back({info.absoluteFilePath(), info.size(), isVideo});
+    }
+
+    void addFolder(const QString &path)
+    {
+        const QFileInfo info(path);
+        const QString canonical = info.canonicalFilePath();
+        if (canonical.isEmpty() || m_seenFolders.contains(canonical) || isInsideDestination(canonical))
+            return;
+        m_seenFolders.insert(canonical);
+        const QDir dir(path);
+        const QFileInfoList entries
+            = dir.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::DirsLast);
+        for (const QFileInfo &entry : entries) {
+            if (entry.isDir())
+                addFolder(entry.absoluteFilePath());
+            else
+                addFile(entry);
+        }
+    }
+
+    std::vector<BundleSourceFile> take() { return std::move(m_sources); }
+
+private:
+    bool isInsideDestination(const QString &canonical) const
+    {
+        return canonical == m_destination || canonical.startsWith(m_destination + QLatin1Char('/'));
+    }
+
+    const BundleWriteRequest &m_request;
+    QString m_destination;
+    QSet<QString> m_seenFiles;
+    QSet<QString> m_seenFolders;
+    std::vector<BundleSourceFile> m_sources;
+};
+
+} // namespace
+
+const QStringList &BundleSourceScanner::imageExtensions()
+{
+    static const QStringList extensions {QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("jpe"),
+        QStringLiteral("png"), QStringLiteral("gif"), QStringLiteral("webp"), QStringLiteral("heic"),
+        QStringLiteral("heif"), QStringLiteral("avif"), QStringLiteral("tif"), QStringLiteral("tiff"),
+        QStringLiteral("jxl"), QStringLiteral("bmp")};
+    return extensions;
+}
+
+bool BundleSourceScanner::isSupported(const QString &fileName, bool includeVideos, bool *isVideo)
+{
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    const bool video = VideoExtensions::tierFor(suffix).has_value();
+    if (isVideo)
+        *isVideo = video;
+    if (fileName.startsWith(QLatin1Char('.')))
+        return false;
+    return video ? includeVideos : imageExtensions().contains(suffix);
+}
+
+std::vector<BundleSourceFile> BundleSourceScanner::scan(const BundleWriteRequest &request)
+{
+    Walk walk(request);
+    for (const QString &file : request.sourceFiles) {
+        const QFileInfo info(file);
+        if (info.isDir())
+            walk.addFolder(file);
+        else
+            walk.addFile(info);
+    }
+    for (const QString &folder : request.sourceFolders)
+        walk.addFolder(folder);
+    return walk.take();
+}
+
+} // namespace sorvane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "bundle/BundleWriter.h"
+
+#include <QStringList>
+
+namespace sorvane {
+
+// Finds the sources of an export: the listed files, then the media found in the
+// listed folders, recursively, in a stable order (names sorted), so the same
+// sources always give the same bundle. Hidden files and folders are skipped, as
+// are the destination folder's subtree and any folder already visited (symbolic
+// link loops end there).
+class BundleSourceScanner {
+public:
+    static std::vector<BundleSourceFile> scan(const BundleWriteRequest &request);
+
+    // Lower-case extensions (no dot) of the photo formats an export accepts.
+    static const QStringList &imageExtensions();
+    // Whether a file name's extension makes it a source, photo or (when allowed) video.
+    static bool isSupported(const QString &fileName, bool includeVideos, bool *isVideo = nullptr);
+};
+
+} // namespace sorvane
