@@ -1,10 +1,23 @@
 #include "codecs/VipsRuntime.h"
 
+#include "EngineLog.h"
+
 #include <vips/vips.h>
 
 #include <mutex>
 
 namespace sorvane {
+
+namespace {
+
+// libvips reports tolerable damage ("error in tile", an ignored colour profile)
+// as warnings on standard error; they belong in our own log, quietly.
+void forwardVipsMessage(const gchar *domain, GLogLevelFlags, const gchar *message, gpointer)
+{
+    qCDebug(lcEngine, "%s: %s", domain ? domain : "libvips", message);
+}
+
+} // namespace
 
 bool VipsRuntime::ensureStarted()
 {
@@ -20,6 +33,8 @@ bool VipsRuntime::ensureStarted()
             // may sniff them (this also spares every probe a pass through slide,
             // document and ImageMagick loaders).
             vips_block_untrusted_set(TRUE);
+            g_log_set_handler("VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE | G_LOG_LEVEL_INFO),
+                              forwardVipsMessage, nullptr);
             // JPEG XL is a photo format people really have; its loader is kept.
             vips_operation_block_set("VipsForeignLoadJxlFile", FALSE);
         }
