@@ -1,6 +1,6 @@
 #include "codecs/VipsRuntime.h"
 
-#include "EngineLog.h"
+#include <QLoggingCategory>
 
 #include <vips/vips.h>
 
@@ -12,9 +12,12 @@ namespace {
 
 // libvips reports tolerable damage ("error in tile", an ignored colour profile)
 // as warnings on standard error; they belong in our own log, quietly.
-void forwardVipsMessage(const gchar *domain, GLogLevelFlags, const gchar *message, gpointer)
+// Off unless asked for (sorvane verify/export --verbose turns it on).
+Q_LOGGING_CATEGORY(lcVips, "sorvane.vips", QtWarningMsg)
+
+void forwardVipsMessage(const gchar *, GLogLevelFlags, const gchar *message, gpointer)
 {
-    qCDebug(lcEngine, "%s: %s", domain ? domain : "libvips", message);
+    qCDebug(lcVips, "%s", message);
 }
 
 } // namespace
@@ -33,7 +36,7 @@ bool VipsRuntime::ensureStarted()
             // may sniff them (this also spares every probe a pass through slide,
             // document and ImageMagick loaders).
             vips_block_untrusted_set(TRUE);
-            g_log_set_handler("VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE | G_LOG_LEVEL_INFO),
+            g_log_set_handler("VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE),
                               forwardVipsMessage, nullptr);
             // JPEG XL is a photo format people really have; its loader is kept.
             vips_operation_block_set("VipsForeignLoadJxlFile", FALSE);
