@@ -36,8 +36,8 @@ bool VipsRuntime::ensureStarted()
             // may sniff them (this also spares every probe a pass through slide,
             // document and ImageMagick loaders).
             vips_block_untrusted_set(TRUE);
-            g_log_set_handler("VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE),
-                              forwardVipsMessage, nullptr);
+            g_log_set_handler(
+                "VIPS", GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE), forwardVipsMessage, nullptr);
             // JPEG XL is a photo format people really have; its loader is kept.
             vips_operation_block_set("VipsForeignLoadJxlFile", FALSE);
         }

@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 
+#include "ExportCommand.h"
 #include "VerifyCommand.h"
 
 #include <QLoggingCategory>
@@ -14,6 +15,7 @@ Makes and checks Sorvane slideshow bundles: folders of photos and videos,
 with a bundle.json manifest, that play anywhere.
 
 Commands:
+  export    Make a bundle from photos, videos and folders of them.
   verify    Open a bundle and check its manifest and files.
 
 Run 'sorvane <command> --help' for the options of a command.
@@ -43,6 +45,8 @@ int run(const QStringList &arguments, QTextStream &out, QTextStream &err)
         out << "sorvane " << SORVANE_VERSION << "\n";
         return exitOk;
     }
+    if (command == QLatin1StringView("export"))
+        return runExport(arguments.mid(1), out, err);
     if (command == QLatin1StringView("verify"))
         return runVerify(arguments.mid(1), out, err);
     err << "sorvane: unknown command '" << command << "'.\n"

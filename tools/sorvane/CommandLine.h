@@ -6,7 +6,8 @@
 namespace sorvane::cli {
 
 // Exit statuses shared by every command.
-enum ExitStatus { exitOk = 0, exitFailed = 1, exitUsage = 2 };
+// 130 is what shells report for a program ended by Ctrl-C.
+enum ExitStatus { exitOk = 0, exitFailed = 1, exitUsage = 2, exitCancelled = 130 };
 
 // Runs `sorvane ARGS...` (arguments without the program name); returns the exit status.
 int run(const QStringList &arguments, QTextStream &out, QTextStream &err);

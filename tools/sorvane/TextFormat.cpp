@@ -16,4 +16,20 @@ QString formatBytes(qint64 bytes)
     return QStringLiteral("%1 %2").arg(value, 0, 'f', value < 10 ? 1 : 0).arg(QLatin1StringView(units[unit]));
 }
 
+QString formatDuration(double seconds)
+{
+    if (!(seconds > 0))
+        return QStringLiteral("0 s");
+    if (seconds < 0.095)
+        return QStringLiteral("%1 ms").arg(qint64(seconds * 1000 + 0.5));
+    if (seconds < 9.95)
+        return QStringLiteral("%1 s").arg(seconds, 0, 'f', 1);
+    const qint64 whole = qint64(seconds + 0.5);
+    if (whole < 60)
+        return QStringLiteral("%1 s").arg(whole);
+    if (whole < 3600)
+        return QStringLiteral("%1 min %2 s").arg(whole / 60).arg(whole % 60);
+    return QStringLiteral("%1 h %2 min").arg(whole / 3600).arg(whole % 3600 / 60);
+}
+
 } // namespace sorvane::cli

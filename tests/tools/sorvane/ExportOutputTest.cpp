@@ -1,0 +1,358 @@
+#include "ExportSummary.h"
+#include "ProgressDisplay.h"
+#include "TextFormat.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace sorvane::cli {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Compared as standard strings so that a failure prints readable text.
+std::string str(const QString &text)
+{
+    return text.toStdString();
+}
+std::string str(const QStringList &lines)
+{
+    return lines.join('\n').toStdString();
+}
+
+// A display whose clock the test moves by hand and whose output it collects.
+struct DisplayRig {
+    explicit DisplayRig(bool terminal, int columns = 80)
+        : display(terminal,
+            ProgressDisplay::Output {[this](const QString &text) { writes << text; }, [this] { return this->columns; },
+                [this] { return now; }}),
+          columns(columns)
+    {
+    }
+    void advance(std::chrono::milliseconds step) { now += step; }
+    QString all() const { return writes.join(QString()); }
+
+    ProgressDisplay display;
+    int columns;
+    ProgressDisplay::Clock::time_point now {};
+    QStringList writes;
+};
+
+BundleWriteProgress progress(BundleWritePhase phase, qint64 completed, qint64 total, const char *item = nullptr,
+    qint64 completedBytes = 0, qint64 totalBytes = 0)
+{
+    BundleWriteProgress p;
+    p.phase = phase;
+    p.completed = completed;
+    p.total = total;
+    if (item)
+        p.currentItem = QString::fromUtf8(item);
+    p.completedBytes = completedBytes;
+    p.totalBytes = totalBytes;
+    return p;
+}
+
+TEST(ProgressDisplay, TerminalRedrawsInPlaceAtMostTenTimesASecond)
+{
+    DisplayRig rig(true);
+    rig.display.update(progress(BundleWritePhase::hashing, 0, 4, "/p/a.jpg"));
+    rig.advance(40ms);
+    rig.display.update(progress(BundleWritePhase::hashing, 1, 4, "/p/b.jpg"));
+    rig.advance(40ms);
+    rig.display.update(progress(BundleWritePhase::hashing, 2, 4, "/p/c.jpg"));
+    ASSERT_EQ(rig.writes.size(), 1) << qPrintable(rig.all());
+    rig.advance(20ms);
+    rig.display.update(progress(BundleWritePhase::hashing, 3, 4, "/p/d.jpg"));
+    ASSERT_EQ(rig.writes.size(), 2);
+    for (const QString &write : rig.writes) {
+        EXPECT_TRUE(write.startsWith('\r')) << qPrintable(write);
+        EXPECT_TRUE(write.endsWith("\033[K")) << qPrintable(write);
+        EXPECT_FALSE(write.contains('\n'));
+    }
+    EXPECT_TRUE(rig.writes[0].contains("0/4"));
+    EXPECT_TRUE(rig.writes[0].contains("a.jpg"));
+    EXPECT_FALSE(rig.writes[0].contains("/p/")) << "only the file name is shown";
+    EXPECT_TRUE(rig.writes[1].contains("3/4"));
+    EXPECT_TRUE(rig.writes[1].contains("d.jpg"));
+}
+
+TEST(ProgressDisplay, TerminalLeavesOneSummaryLinePerPhase)
+{
+    DisplayRig rig(true);
+    rig.display.update(progress(BundleWritePhase::hashing, 0, 3, "a.jpg", 0, 1'200'000));
+    rig.advance(3100ms);
+    rig.display.update(progress(BundleWritePhase::hashing, 3, 3, "c.jpg", 1'200'000, 1'200'000));
+    rig.advance(10ms); // a new phase is drawn at once, however soon
+    rig.display.update(progress(BundleWritePhase::writingDerivatives, 0, 3, "a.jpg"));
+    rig.advance(500ms);
+    rig.display.update(progress(BundleWritePhase::writingDerivatives, 3, 3, "c.jpg"));
+    rig.advance(100ms);
+    rig.display.finish(true);
+
+    const QString shown = rig.all();
+    EXPECT_TRUE(shown.contains("\rHashing              3/3  1.2 MB in 3.1 s\033[K\n")) << qPrintable(shown);
+    EXPECT_TRUE(shown.endsWith("\rWriting derivatives  3/3 in 0.6 s\033[K\n")) << qPrintable(shown);
+    EXPECT_EQ(shown.count('\n'), 2);
+    // Once finished, late updates change nothing.
+    const qsizetype writes = rig.writes.size();
+    rig.display.update(progress(BundleWritePhase::finalizing, 1, 1));
+    EXPECT_EQ(rig.writes.size(), writes);
+}
+
+TEST(ProgressDisplay, LogLinesGoAboveTheLiveLine)
+{
+    DisplayRig terminal(true);
+    terminal.display.note("before any progress");
+    terminal.display.update(progress(BundleWritePhase::hashing, 1, 4, "a.jpg"));
+    terminal.display.note("engine: something");
+    ASSERT_EQ(terminal.writes.size(), 3);
+    EXPECT_EQ(str(terminal.writes[0]), "before any progress\n");
+    EXPECT_EQ(str(terminal.writes[2]), str("\rengine: something\033[K\n" + terminal.writes[1]));
+
+    DisplayRig plain(false);
+    plain.display.update(progress(BundleWritePhase::hashing, 1, 4, "a.jpg"));
+    plain.display.note("engine: something");
+    EXPECT_EQ(str(plain.all()), "Hashing...\nengine: something\n");
+}
+
+TEST(ProgressDisplay, FailureKeepsTheLastLineAndAddsNoSummary)
+{
+    DisplayRig rig(true);
+    rig.display.update(progress(BundleWritePhase::writingDerivatives, 2, 9, "x.jpg"));
+    rig.display.finish(false);
+    ASSERT_EQ(rig.writes.size(), 2);
+    EXPECT_EQ(str(rig.writes[1]), "\n");
+    EXPECT_FALSE(rig.all().contains(" in "));
+}
+
+TEST(ProgressDisplay, PlainOutputIsOneLinePerEventAtACalmPace)
+{
+    DisplayRig rig(false);
+    rig.display.update(progress(BundleWritePhase::scanning, 0, 0));
+    rig.advance(300ms);
+    rig.display.update(progress(BundleWritePhase::scanning, 40, 0));
+    rig.display.update(progress(BundleWritePhase::hashing, 0, 40, "a.jpg", 0, 4'000'000));
+    for (int i = 1; i <= 30; ++i) {
+        rig.advance(100ms); // 3 s in all: one progress line, after 2 s
+        rig.display.update(progress(BundleWritePhase::hashing, i, 40, "f.jpg", i * 100'000, 4'000'000));
+    }
+    rig.advance(900ms); // still short of the next 2 s
+    rig.display.update(progress(BundleWritePhase::hashing, 40, 40, "z.jpg", 4'000'000, 4'000'000));
+    rig.display.finish(true);
+
+    const QStringList lines = rig.all().split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 5) << qPrintable(rig.all());
+    EXPECT_EQ(str(lines[0]), "Scanning...");
+    EXPECT_EQ(str(lines[1]), "Scanning             40 in 0.3 s");
+    EXPECT_EQ(str(lines[2]), "Hashing...");
+    // At 2 s: 20 of 40 done, 2 MB of 4 MB at 1 MB/s, so 2 s to go.
+    EXPECT_EQ(str(lines[3]), "Hashing              20/40   50%  1.0 MB/s  0:02 left  f.jpg");
+    EXPECT_EQ(str(lines[4]), "Hashing              40/40  4.0 MB in 3.9 s");
+    EXPECT_FALSE(rig.all().contains('\r'));
+    EXPECT_FALSE(rig.all().contains('\033'));
+}
+
+TEST(ProgressDisplay, LiveLineFitsTheTerminal)
+{
+    const BundleWriteProgress long_ = progress(BundleWritePhase::writingDerivatives, 120, 240,
+        "/photos/2024/a-very-long-file-name-from-a-camera-that-likes-long-names-0001.jpeg", 50'000'000, 100'000'000);
+    for (const int columns : {10, 20, 40, 60, 80, 100, 120, 200}) {
+        const QString line = ProgressDisplay::liveLine(long_, 2.0, columns);
+        EXPECT_LE(line.size(), columns - 1) << columns << ": " << qPrintable(line);
+        EXPECT_TRUE(line.startsWith(QStringLiteral("Writing derivatives").left(columns - 1))) << qPrintable(line);
+    }
+    const QString wide = ProgressDisplay::liveLine(long_, 2.0, 200);
+    EXPECT_TRUE(wide.contains("120/240")) << qPrintable(wide);
+    EXPECT_TRUE(wide.contains("[")) << qPrintable(wide);
+    EXPECT_TRUE(wide.contains(" 50%")) << qPrintable(wide);
+    EXPECT_TRUE(wide.contains("25 MB/s")) << qPrintable(wide);
+    EXPECT_TRUE(wide.contains("0:02 left")) << qPrintable(wide);
+    EXPECT_TRUE(wide.contains("-0001.jpeg")) << qPrintable(wide);
+
+    // Short of room, the time left stays longer than the rate.
+    const QString narrow = ProgressDisplay::liveLine(long_, 2.0, 60);
+    EXPECT_TRUE(narrow.contains("0:02 left")) << qPrintable(narrow);
+    EXPECT_FALSE(narrow.contains("MB/s")) << qPrintable(narrow);
+
+    // At 80 columns the name is shortened in the middle, keeping its end.
+    const QString normal = ProgressDisplay::liveLine(long_, 2.0, 80);
+    EXPECT_TRUE(normal.contains(QChar(0x2026))) << qPrintable(normal);
+    EXPECT_TRUE(normal.contains("0:02 left")) << qPrintable(normal);
+    EXPECT_TRUE(normal.contains(" 50%")) << qPrintable(normal);
+}
+
+TEST(ProgressDisplay, BarKeepsItsWidthWhateverTheFileName)
+{
+    for (const int columns : {60, 80, 100, 140}) {
+        qsizetype width = -1;
+        for (const char *name : {"a.jpg", "n22.jpg", "a-rather-long-name-for-a-photo.jpg"}) {
+            const QString line = ProgressDisplay::liveLine(
+                progress(BundleWritePhase::writingDerivatives, 5, 40, name, 0, 0), 2.0, columns);
+            const qsizetype bar = line.indexOf(']') - line.indexOf('[');
+            if (width < 0)
+                width = bar;
+            EXPECT_EQ(bar, width) << columns << ": " << qPrintable(line);
+        }
+    }
+}
+
+TEST(ProgressDisplay, BarFillsWithTheItemsDone)
+{
+    for (const auto &[completed, filled] : {std::pair {0, 0}, {1, 2}, {5, 10}, {10, 20}}) {
+        const QString line
+            = ProgressDisplay::liveLine(progress(BundleWritePhase::hashing, completed, 10), 0.0, 101); // bar of 20
+        const qsizetype open = line.indexOf('[');
+        const qsizetype close = line.indexOf(']');
+        ASSERT_GE(open, 0) << qPrintable(line);
+        const QString inside = line.mid(open + 1, close - open - 1);
+        EXPECT_EQ(inside.size(), 18) << qPrintable(line);
+        EXPECT_EQ(inside.count('='), qsizetype(filled * 18 / 20)) << qPrintable(line);
+    }
+}
+
+TEST(ProgressDisplay, RateAndTimeLeftWaitForTheFirstSecondAndCountItemsWithoutBytes)
+{
+    const BundleWriteProgress p = progress(BundleWritePhase::writingDerivatives, 30, 90);
+    EXPECT_FALSE(ProgressDisplay::liveLine(p, 0.5, 120).contains("/s"));
+    const QString line = ProgressDisplay::liveLine(p, 2.0, 120);
+    EXPECT_TRUE(line.contains("15 items/s")) << qPrintable(line);
+    EXPECT_TRUE(line.contains("0:04 left")) << qPrintable(line);
+}
+
+TEST(ProgressDisplay, EveryPhaseHasItsLabel)
+{
+    const std::pair<BundleWritePhase, const char *> labels[] = {
+        {BundleWritePhase::scanning, "Scanning"},
+        {BundleWritePhase::hashing, "Hashing"},
+        {BundleWritePhase::writingDerivatives, "Writing derivatives"},
+        {BundleWritePhase::copyingOriginals, "Copying originals"},
+        {BundleWritePhase::copyingPlayer, "Copying player"},
+        {BundleWritePhase::writingManifest, "Writing manifest"},
+        {BundleWritePhase::finalizing, "Finalizing"},
+    };
+    for (const auto &[phase, label] : labels)
+        EXPECT_EQ(str(ProgressDisplay::phaseLabel(phase)), label);
+}
+
+TEST(TextFormat, DurationsReadNaturally)
+{
+    const std::pair<double, const char *> cases[] = {
+        {0, "0 s"},
+        {0.042, "42 ms"},
+        {0.42, "0.4 s"},
+        {3.14, "3.1 s"},
+        {42.4, "42 s"},
+        {125, "2 min 5 s"},
+        {4320, "1 h 12 min"},
+    };
+    for (const auto &[seconds, expected] : cases)
+        EXPECT_EQ(str(formatDuration(seconds)), expected) << seconds;
+}
+
+BundleWriteReport report(BundleWriteReportCode code, const QString &message)
+{
+    return {code, message, std::nullopt};
+}
+
+TEST(ExportSummary, ListsBundleItemsTiersAndTotals)
+{
+    BundleWriteResult result;
+    result.bundlePath = "/out/Trip";
+    result.replacedExistingBundle = true;
+    result.itemsWritten = 3;
+    result.bytesPerTier = {{"full", 450'000}, {"tile", 120'000}};
+    result.originalsWritten = 3;
+    result.originalBytesWritten = 2'000'000;
+    result.playerBytesWritten = 85'000'000;
+    const QString text = exportSummary(result, {{"tile", 3}, {"full", 3}});
+    EXPECT_EQ(str(text),
+        "Bundle: /out/Trip (replaced the existing bundle)\n"
+        "3 items written.\n"
+        "  tile       3 files  120 KB\n"
+        "  full       3 files  450 KB\n"
+        "  originals  3 files  2.0 MB\n"
+        "  player               85 MB\n"
+        "  total                88 MB\n");
+}
+
+TEST(ExportSummary, OriginalsCountedAsATierAreListedOnce)
+{
+    BundleWriteResult result;
+    result.bundlePath = "/out/b";
+    result.itemsWritten = 2;
+    result.bytesPerTier = {{"original", 5'000'000}, {"video", 9'000'000}, {"full", 1'000'000}};
+    result.originalsWritten = 2;
+    result.originalBytesWritten = 5'000'000;
+    EXPECT_EQ(str(exportSummary(result, {{"original", 2}, {"video", 1}, {"full", 2}})),
+        "Bundle: /out/b\n"
+        "2 items written.\n"
+        "  full      2 files  1.0 MB\n"
+        "  video     1 file   9.0 MB\n"
+        "  original  2 files  5.0 MB\n"
+        "  total               15 MB\n");
+}
+
+TEST(ExportSummary, OneTierNeedsNoTotal)
+{
+    BundleWriteResult result;
+    result.bundlePath = "/out/b";
+    result.itemsWritten = 1;
+    result.bytesPerTier = {{"full", 999}};
+    EXPECT_EQ(str(exportSummary(result, {})), "Bundle: /out/b\n1 item written.\n  full  999 bytes\n");
+}
+
+TEST(ExportSummary, ReportsAreGroupedByCodeAndCapped)
+{
+    std::vector<BundleWriteReport> reports;
+    for (int i = 0; i < 23; ++i)
+        reports.push_back(report(BundleWriteReportCode::duplicateSourceMerged, QStringLiteral("dup %1").arg(i)));
+    reports.insert(reports.begin() + 5, report(BundleWriteReportCode::sourceUndecodable, "bad.jpg is bad"));
+    const QString text = reportList(reports, 20);
+    QStringList expected {
+        "24 reports:", "  sourceUndecodable (1)", "    bad.jpg is bad", "  duplicateSourceMerged (23)"};
+    for (int i = 0; i < 20; ++i)
+        expected << QStringLiteral("    dup %1").arg(i);
+    expected << "    ... and 3 more";
+    EXPECT_EQ(str(text.split('\n', Qt::SkipEmptyParts)), str(expected));
+    EXPECT_EQ(str(reportList({})), "");
+    EXPECT_EQ(str(reportList({report(BundleWriteReportCode::hashCollisionExtended, "x")})),
+        "1 report:\n  hashCollisionExtended (1)\n    x\n");
+}
+
+TEST(ExportSummary, PlannedBundleFollowsTheWritersNaming)
+{
+    BundleWriteRequest request;
+    request.destinationDirectory = "/out";
+    std::set<QString> taken;
+    const auto exists = [&taken](const QString &path) { return taken.count(path) > 0; };
+
+    EXPECT_EQ(str(plannedBundle(request, exists).path), "/out/sorvane.bundle");
+    request.bundleFolderName = "Trip";
+    EXPECT_EQ(str(plannedBundle(request, exists).path), "/out/Trip");
+    taken = {"/out/Trip", "/out/Trip 2"};
+    EXPECT_EQ(str(plannedBundle(request, exists).path), "/out/Trip 3");
+    EXPECT_FALSE(plannedBundle(request, exists).replaces);
+    request.replaceExisting = true;
+    EXPECT_EQ(str(plannedBundle(request, exists).path), "/out/Trip");
+    EXPECT_TRUE(plannedBundle(request, exists).replaces);
+}
+
+TEST(ExportSummary, DryRunCountsPhotosAndVideosAndShowsTheEstimate)
+{
+    BundleSourceScan scan;
+    scan.sources = {{"/a.jpg", 2'000'000, false}, {"/b.jpg", 3'000'000, false}, {"/c.mov", 40'000'000, true}};
+    scan.estimate.derivativeBytes = 1'500'000;
+    scan.estimate.videoBytes = 40'000'000;
+    const QString text = dryRunText(scan, {"/out/Trip 2", false});
+    EXPECT_EQ(str(text),
+        "Dry run: nothing was written.\n"
+        "Sources: 2 photos, 1 video (45 MB)\n"
+        "Bundle:  /out/Trip 2\n"
+        "Estimated size: 42 MB\n"
+        "  photos  1.5 MB\n"
+        "  videos   40 MB\n");
+}
+
+} // namespace
+} // namespace sorvane::cli
