@@ -19,7 +19,7 @@ if [[ ! -f "$BUILD_DIR/build.ninja" ]]; then
     cmake -S "$repo" -B "$BUILD_DIR" -G Ninja -DCMAKE_BUILD_TYPE=Release \
         -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang -DSORVANE_BUILD_TESTS=OFF
 fi
-cmake --build "$BUILD_DIR" --target bench_open sorvane
+cmake --build "$BUILD_DIR" --target bench_open bench_make_photos sorvane
 
 logs=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-bench-logs.XXXXXX")
 trap 'rm -rf "$logs"' EXIT
@@ -33,9 +33,15 @@ echo "== Full verification (sha256_vs_openssl.sh) =="
 SORVANE="$BUILD_DIR/bin/sorvane" "$here/sha256_vs_openssl.sh" | tee "$logs/sha"
 
 echo
+echo "== Export against vipsthumbnail (export_vs_vipsthumbnail.sh) =="
+SORVANE="$BUILD_DIR/bin/sorvane" MAKE_PHOTOS="$BUILD_DIR/bin/bench_make_photos" \
+    "$here/export_vs_vipsthumbnail.sh" | tee "$logs/export"
+
+echo
 echo "== Summary =="
 echo "machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2- | sed 's/^ *//')"
 echo "load average now: $(cut -d' ' -f1-3 /proc/loadavg) (figures are noisy when other work runs)"
 grep -E '^open median' "$logs/open"
 grep -E '^ +(JSON parse|manifest build|file checks|play order)' "$logs/open"
 grep -E 'median .*GB/s|^ratio' "$logs/sha"
+grep -E '^ratio ours/baseline|^peak resident' "$logs/export"
