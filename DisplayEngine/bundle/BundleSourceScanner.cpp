@@ -1,5 +1,6 @@
 #include "bundle/BundleSourceScanner.h"
 
+#include "bundle/BundleFormat.h"
 #include "media/VideoExtensions.h"
 
 #include <QDir>
@@ -12,11 +13,7 @@ namespace {
 
 class Walk {
 public:
-    Walk(const BundleWriteRequest &request) : m_request(request)
-    {
-        const QFileInfo destination(request.destinationDirectory);
-        m_destination = destination.exists() ? destination.canonicalFilePath() : destination.absoluteFilePath();
-    }
+    explicit Walk(const BundleWriteRequest &request) : m_request(request) {}
 
     void addFile(const QFileInfo &info)
     {
@@ -35,7 +32,7 @@ public:
     {
         const QFileInfo info(path);
         const QString canonical = info.canonicalFilePath();
-        if (canonical.isEmpty() || m_seenFolders.contains(canonical) || isInsideDestination(canonical))
+        if (canonical.isEmpty() || m_seenFolders.contains(canonical) || isBundle(canonical))
             return;
         m_seenFolders.insert(canonical);
         const QDir dir(path);
@@ -52,13 +49,14 @@ public:
     std::vector<BundleSourceFile> take() { return std::move(m_sources); }
 
 private:
-    bool isInsideDestination(const QString &canonical) const
+    // A bundle's files are derivatives of photos; exporting them again would
+    // only copy copies (and re-exporting into the same place would find its own output).
+    static bool isBundle(const QString &folder)
     {
-        return canonical == m_destination || canonical.startsWith(m_destination + QLatin1Char('/'));
+        return QFileInfo(folder + QLatin1Char('/') + BundleFormat::manifestFileName).isFile();
     }
 
     const BundleWriteRequest &m_request;
-    QString m_destination;
     QSet<QString> m_seenFiles;
     QSet<QString> m_seenFolders;
     std::vector<BundleSourceFile> m_sources;

@@ -8,9 +8,9 @@ namespace sorvane {
 
 // Finds the sources of an export: the listed files, then the media found in the
 // listed folders, recursively, in a stable order (names sorted), so the same
-// sources always give the same bundle. Hidden files and folders are skipped, as
-// are the destination folder's subtree and any folder already visited (symbolic
-// link loops end there).
+// sources always give the same bundle. Hidden files and folders are skipped (the
+// writer's staging folder among them), as are bundles (folders holding a
+// bundle.json) and any folder already visited (symbolic link loops end there).
 class BundleSourceScanner {
 public:
     static std::vector<BundleSourceFile> scan(const BundleWriteRequest &request);

@@ -510,25 +510,33 @@ TEST_F(BundleWriterTest, PreferencesAreWrittenWithTheirWireValues)
     EXPECT_TRUE((*opened.bundle->manifest.items)[0].sourceCreatedUtc);
 }
 
-TEST_F(BundleWriterTest, ScanningSkipsTheDestinationAndSurvivesLinkLoops)
+TEST_F(BundleWriterTest, ScanningSkipsBundlesAndHiddenFoldersAndSurvivesLinkLoops)
 {
     source("a.jpg", "IMG a");
     source("deep/er/b.jpg", "IMG b");
+    source(".stash/c.jpg", "IMG hidden folder");
     ASSERT_TRUE(QFile::link(sources.path(), sources.filePath("deep/loop")));
-    request.destinationDirectory = sources.filePath("out");
-    source("out/old/c.jpg", "IMG c in the destination");
+    request.destinationDirectory = sources.path();
     const BundleSourceScan scan = BundleWriter::scan(request);
     QStringList found;
     for (const BundleSourceFile &file : scan.sources)
         found << QDir(sources.path()).relativeFilePath(file.path);
-    EXPECT_EQ(found, (QStringList {"a.jpg", "deep/er/b.jpg"}));
+    EXPECT_EQ(found, (QStringList{"a.jpg", "deep/er/b.jpg"}));
     EXPECT_EQ(scan.estimate.imageCount, 2);
     EXPECT_EQ(scan.estimate.sourceBytes, 10);
 
-    const BundleWriteResult result = BundleWriter::write(request);
-    ASSERT_TRUE(result.ok());
-    // Exporting again into the same place does not pick up the first bundle.
-    EXPECT_EQ(BundleWriter::write(request).itemsWritten, 2);
+    // Exporting a folder into itself, twice: the first bundle is not a source of the second.
+    const BundleWriteResult first = BundleWriter::write(request);
+    ASSERT_TRUE(first.ok());
+    const BundleWriteResult second = BundleWriter::write(request);
+    EXPECT_EQ(second.itemsWritten, 2);
+    EXPECT_TRUE(second.reports.empty());
+
+    // A source folder inside the destination is scanned like any other.
+    QFile::remove(sources.filePath("deep/loop"));
+    request.sourceFolders = {sources.filePath("deep")};
+    request.destinationDirectory = sources.path();
+    EXPECT_EQ(BundleWriter::scan(request).sources.size(), 1u);
 }
 
 TEST_F(BundleWriterTest, UnreadableSourceIsReportedAndTheRestExported)
