@@ -100,15 +100,32 @@ bool saveJpeg(const Image &image, const QString &path, int orientation)
     return check(vips_jpegsave(tagged.get(), QFile::encodeName(path).constData(), "Q", 90, nullptr), "jpegsave");
 }
 
-// The picture a person should see, stored turned so that only its EXIF tag puts it upright.
+// The picture a person should see, stored transformed so that only its EXIF
+// orientation tag puts it upright (and unmirrored) again.
 bool saveTurned(const Image &upright, const QString &path, int orientation)
 {
-    const VipsAngle storedTurn = orientation == 6 ? VIPS_ANGLE_D270
-        : orientation == 8                        ? VIPS_ANGLE_D90
-                                                  : VIPS_ANGLE_D180;
+    auto rotate = [](const Image &in, VipsAngle angle) {
+        Image out;
+        vips_rot(in.get(), out.out(), angle, nullptr);
+        return out;
+    };
+    auto flip = [](const Image &in, VipsDirection direction) {
+        Image out;
+        vips_flip(in.get(), out.out(), direction, nullptr);
+        return out;
+    };
     Image stored;
-    return check(vips_rot(upright.get(), stored.out(), storedTurn, nullptr), "rot")
-        && saveJpeg(stored, path, orientation);
+    switch (orientation) {
+    case 2: stored = flip(upright, VIPS_DIRECTION_HORIZONTAL); break;
+    case 3: stored = rotate(upright, VIPS_ANGLE_D180); break;
+    case 4: stored = flip(upright, VIPS_DIRECTION_VERTICAL); break;
+    case 5: stored = flip(rotate(upright, VIPS_ANGLE_D90), VIPS_DIRECTION_HORIZONTAL); break; // transpose
+    case 6: stored = rotate(upright, VIPS_ANGLE_D270); break;
+    case 7: stored = flip(rotate(upright, VIPS_ANGLE_D270), VIPS_DIRECTION_HORIZONTAL); break; // transverse
+    case 8: stored = rotate(upright, VIPS_ANGLE_D90); break;
+    default: return saveJpeg(upright, path, 1);
+    }
+    return stored.get() && saveJpeg(stored, path, orientation);
 }
 
 // An animation of `frames` frames stacked vertically, each with the disc moved on.
@@ -159,6 +176,13 @@ int main(int argc, char *argv[])
     ok &= saveTurned(
         scene(4000, 3000, {60, 150, 80}, {20, 60, 30}, white, "Meadow (EXIF 3)"), path("trips/meadow.jpg"), 3);
     ok &= saveJpeg(scene(6000, 2000, noon, dusk, white, "Panorama 3:1"), path("trips/panorama.jpg"), 1);
+    // The mirrored orientations too, each a small landscape that must come out as drawn.
+    QDir().mkpath(out.filePath("orientations"));
+    for (const int orientation : {2, 4, 5, 7}) {
+        const QByteArray caption = "EXIF orientation " + QByteArray::number(orientation);
+        ok &= saveTurned(scene(1600, 1200, {200, 90, 160}, {40, 20, 60}, white, caption.constData()),
+                         out.filePath(QStringLiteral("orientations/orientation-%1.jpg").arg(orientation)), orientation);
+    }
     ok &= saveJpeg(scene(800, 600, violet, dusk, white, "Small 800 x 600"), path("small.jpg"), 1);
     {
         Image night = scene(2400, 1600, {10, 20, 60}, {0, 0, 10}, {240, 240, 220}, "Night sky (HEIC)");
