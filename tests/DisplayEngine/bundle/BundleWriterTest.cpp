@@ -521,7 +521,7 @@ TEST_F(BundleWriterTest, ScanningSkipsBundlesAndHiddenFoldersAndSurvivesLinkLoop
     QStringList found;
     for (const BundleSourceFile &file : scan.sources)
         found << QDir(sources.path()).relativeFilePath(file.path);
-    EXPECT_EQ(found, (QStringList{"a.jpg", "deep/er/b.jpg"}));
+    EXPECT_EQ(found, (QStringList {"a.jpg", "deep/er/b.jpg"}));
     EXPECT_EQ(scan.estimate.imageCount, 2);
     EXPECT_EQ(scan.estimate.sourceBytes, 10);
 
@@ -566,6 +566,20 @@ TEST_F(BundleWriterTest, AFullDiskFailsTheWriteWithTheSystemsMessage)
     EXPECT_EQ(result.errorMessage, "No space left on device");
     EXPECT_TRUE(QDir(mountPoint).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
     umount(QFile::encodeName(mountPoint).constData());
+}
+
+TEST_F(BundleWriterTest, AReadOnlyDestinationIsUnwritable)
+{
+    const QString mountPoint = destination.filePath("stick");
+    QDir().mkpath(mountPoint);
+    if (mount("tmpfs", QFile::encodeName(mountPoint).constData(), "tmpfs", MS_RDONLY, "size=64k") != 0)
+        GTEST_SKIP() << "cannot mount a small file system here";
+    source("a.jpg", "IMG a");
+    request.destinationDirectory = mountPoint;
+    const BundleWriteResult result = BundleWriter::write(request);
+    umount(QFile::encodeName(mountPoint).constData());
+    EXPECT_EQ(result.errorCode, BundleWriteErrorCode::destinationUnwritable);
+    EXPECT_EQ(result.errorMessage, "Could not prepare the destination: Read-only file system");
 }
 
 TEST(BundleShortIds, CollidingPrefixesAreExtendedTogether)
