@@ -37,8 +37,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct Options
-{
+struct Options {
     QString dir;
     int items = 10000;
     int runs = 21;
@@ -128,8 +127,7 @@ bool generateBundle(const QString &root, int itemCount)
         item.sourceCreatedUtc = timestamp(i, i * 37);
         item.sourceModifiedUtc = timestamp(i, i * 37 + 5);
         item.capturedUtc = timestamp(i, i * 37);
-        struct Tier
-        {
+        struct Tier {
             const char *name;
             int size;
             qint64 w;
@@ -291,8 +289,7 @@ int main(int argc, char *argv[])
         return positions;
     };
 
-    struct Phase
-    {
+    struct Phase {
         const char *label;
         std::function<Kept()> run;
         std::vector<double> ms;

@@ -16,8 +16,7 @@ BundleBrandingOverlayJson BundleBrandingOverlayJson::fromJson(const QJsonObject 
     b.sizePercent = number(r.take(L("size_percent")));
     b.opacity = number(r.take(L("opacity")));
     b.marginPercent = number(r.take(L("margin_percent")));
-    b.unknownMemberCount
-        = r.unknownCount();
+    b.unknownMemberCount = r.unknownCount();
     return b;
 }
 

@@ -40,8 +40,7 @@ BundleCounts BundleCounts::fromJson(const QJsonObject &o)
     c.assetBytes = integer(r.take(L("asset_bytes")));
     c.originalFiles = integer(r.take(L("original_files")));
     c.originalBytes = integer(r.take(L("original_bytes")));
-    c.unknownMemberCount
-        = r.unknownCount();
+    c.unknownMemberCount = r.unknownCount();
     return c;
 }
 
@@ -89,8 +88,7 @@ BundleDerivatives BundleDerivatives::fromJson(const QJsonObject &o)
     d.filtersBakedIn = boolean(r.take(L("filters_baked_in")));
     d.orientationBakedIn = boolean(r.take(L("orientation_baked_in")));
     d.metadataStripped = boolean(r.take(L("metadata_stripped")));
-    d.unknownMemberCount
-        = r.unknownCount();
+    d.unknownMemberCount = r.unknownCount();
     return d;
 }
 

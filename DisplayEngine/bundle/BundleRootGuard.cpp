@@ -35,8 +35,7 @@ BundleRootGuard::Resolution regularFile(const QString &path, const struct stat &
 
 } // namespace
 
-BundleRootGuard::BundleRootGuard(const QString &root)
-    : m_root(toPath(root))
+BundleRootGuard::BundleRootGuard(const QString &root) : m_root(toPath(root))
 {
     std::error_code error;
     m_canonicalRoot = fs::weakly_canonical(m_root, error);

@@ -13,16 +13,14 @@ namespace sorvane {
 // folder is canonicalised and opened once; a file then costs one lstat relative
 // to its folder's handle. The one place where the reader touches the operating
 // system's file calls. Safe to use from several threads at once.
-class BundleRootGuard
-{
+class BundleRootGuard {
 public:
     enum class Status { regularFile, absent, escapes };
 
-    struct Resolution
-    {
+    struct Resolution {
         Status status = Status::absent;
         QString absolutePath; // set for regularFile
-        qint64 size = 0;      // set for regularFile
+        qint64 size = 0; // set for regularFile
     };
 
     explicit BundleRootGuard(const QString &root);
@@ -34,8 +32,7 @@ public:
     Resolution resolve(const QString &relative);
 
 private:
-    struct Folder
-    {
+    struct Folder {
         bool inside = false;
         QString canonical;
         int handle = -1;

@@ -13,7 +13,7 @@ namespace {
 
 class Walk {
 public:
-    explicit Walk(const BundleWriteRequest &request) : m_request(request) {}
+    explicit Walk(const BundleWriteRequest &request) : m_request(request) { }
 
     void addFile(const QFileInfo &info)
     {

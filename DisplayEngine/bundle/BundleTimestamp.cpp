@@ -1,6 +1,5 @@
 #include "bundle/BundleTimestamp.h"
 
-
 namespace sorvane {
 
 namespace {

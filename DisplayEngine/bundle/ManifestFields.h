@@ -21,10 +21,9 @@ std::optional<QJsonObject> object(const QJsonValue &value);
 
 // Reads the known members of one object by name and counts the rest without
 // walking the keys: unknown = size - known members found.
-class MemberReader
-{
+class MemberReader {
 public:
-    explicit MemberReader(const QJsonObject &object) : m_object(object) {}
+    explicit MemberReader(const QJsonObject &object) : m_object(object) { }
     QJsonValue take(QLatin1StringView key)
     {
         QJsonValue value = m_object.value(key);

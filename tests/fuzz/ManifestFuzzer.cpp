@@ -46,10 +46,10 @@ namespace {
     std::abort();
 }
 
-#define CHECK(condition, ...)                                                                                         \
-    do {                                                                                                              \
-        if (!(condition))                                                                                             \
-            fail(#condition __VA_OPT__(, ) __VA_ARGS__);                                                              \
+#define CHECK(condition, ...)                                                                                          \
+    do {                                                                                                               \
+        if (!(condition))                                                                                              \
+            fail(#condition __VA_OPT__(, ) __VA_ARGS__);                                                               \
     } while (false)
 
 // The engine's debug chatter would drown the fuzzer's own output; anything
@@ -151,9 +151,8 @@ void checkRoundTrip(const QJsonObject &object)
 
 // A bundle folder built once per process: bundle.json is rewritten for every
 // input, the other files never change. The corpus names these files.
-struct Folder
-{
-    QTemporaryDir temp{QDir::tempPath() + QStringLiteral("/sorvane-fuzz-XXXXXX")};
+struct Folder {
+    QTemporaryDir temp {QDir::tempPath() + QStringLiteral("/sorvane-fuzz-XXXXXX")};
     QString root;
     QString manifestPath;
     QByteArray canonicalRoot;
@@ -192,14 +191,14 @@ void build(Folder *f)
     f->manifestPath = f->root + QStringLiteral("/bundle.json");
     auto at = [f](const char *relative) { return f->root + QLatin1Char('/') + QLatin1StringView(relative); };
 
-    writeFile(at("media/tile.jpg"), "TILE");                  // 4 bytes
-    writeFile(at("media/full.jpg"), "FULLFULL");              // 8 bytes
-    writeFile(at("media/empty.jpg"), "");                     // 0 bytes
-    writeFile(at("media/animated/anim.gif"), "GIF");          // 3 bytes
-    writeFile(at("media/video/clip.mp4"), "VIDEO!");          // 6 bytes
-    writeFile(at("originals/orig.jpg"), "OR");                // 2 bytes
-    writeFile(at("assets/branding/logo.png"), "LOGO");        // 4 bytes
-    QDir().mkpath(at("media/folder.jpg"));                    // a folder, never an asset
+    writeFile(at("media/tile.jpg"), "TILE"); // 4 bytes
+    writeFile(at("media/full.jpg"), "FULLFULL"); // 8 bytes
+    writeFile(at("media/empty.jpg"), ""); // 0 bytes
+    writeFile(at("media/animated/anim.gif"), "GIF"); // 3 bytes
+    writeFile(at("media/video/clip.mp4"), "VIDEO!"); // 6 bytes
+    writeFile(at("originals/orig.jpg"), "OR"); // 2 bytes
+    writeFile(at("assets/branding/logo.png"), "LOGO"); // 4 bytes
+    QDir().mkpath(at("media/folder.jpg")); // a folder, never an asset
     writeFile(base + QStringLiteral("/outside/secret.jpg"), "SECRET"); // 6 bytes, outside
     makeLink(QStringLiteral("../../outside/secret.jpg"), at("media/escape.jpg"));
     makeLink(base + QStringLiteral("/outside/secret.jpg"), at("media/absolute.jpg"));
@@ -250,7 +249,7 @@ void checkOpened(OpenedBundle &bundle, const BundleOpenResult &result, const QJs
     CHECK(integrity.resolvedOriginalCount <= integrity.expectedOriginalCount);
     CHECK(integrity.resolvedAssetBytes >= 0);
     CHECK(qint64(bundle.items.size()) + qint64(integrity.missingItems.size()) + integrity.unsupportedMediaCount
-          == integrity.manifestItemCount);
+        == integrity.manifestItemCount);
 
     std::set<qsizetype> manifestIndices;
     for (const auto &item : bundle.items) {
@@ -267,7 +266,7 @@ void checkOpened(OpenedBundle &bundle, const BundleOpenResult &result, const QJs
             // Containment is the point of the whole check: no symlink may lead out.
             CHECK(landsInsideRoot(resolved.absolutePath, f), resolved.absolutePath.toUtf8());
             CHECK(resolved.asset.bytes && sizeOnDisk(resolved.absolutePath) == *resolved.asset.bytes,
-                  resolved.absolutePath.toUtf8());
+                resolved.absolutePath.toUtf8());
             playable = playable || tier == BundleFormat::tierTile || tier == BundleFormat::tierFull
                 || tier == BundleFormat::tierAnimated || tier == BundleFormat::tierVideo;
         }
@@ -322,7 +321,7 @@ void checkReader(const uint8_t *data, size_t size, const std::optional<QJsonObje
     Folder &f = folder();
     writeFile(f.manifestPath, QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size)));
 
-    const BundleOpenResult result = BundleReader::open(f.root, BundleOpenOptions{});
+    const BundleOpenResult result = BundleReader::open(f.root, BundleOpenOptions {});
     CHECK(result.integrity != nullptr);
     CHECK(result.ok() != result.error.has_value());
     if (!validJson || !object) {
@@ -365,9 +364,8 @@ void checkReader(const uint8_t *data, size_t size, const std::optional<QJsonObje
 
     CHECK(result.standaloneReports.empty());
     const std::vector<BundleReport> &reports = result.reports();
-    const auto unknownReports = std::count_if(reports.begin(), reports.end(), [](const BundleReport &report) {
-        return report.code == BundleReportCode::unknownFieldsIgnored;
-    });
+    const auto unknownReports = std::count_if(reports.begin(), reports.end(),
+        [](const BundleReport &report) { return report.code == BundleReportCode::unknownFieldsIgnored; });
     CHECK(unknownReports == (manifest.totalUnknownMemberCount() > 0 ? 1 : 0));
     checkOpened(*result.bundle, result, *object, f);
 }

@@ -116,14 +116,29 @@ bool saveTurned(const Image &upright, const QString &path, int orientation)
     };
     Image stored;
     switch (orientation) {
-    case 2: stored = flip(upright, VIPS_DIRECTION_HORIZONTAL); break;
-    case 3: stored = rotate(upright, VIPS_ANGLE_D180); break;
-    case 4: stored = flip(upright, VIPS_DIRECTION_VERTICAL); break;
-    case 5: stored = flip(rotate(upright, VIPS_ANGLE_D90), VIPS_DIRECTION_HORIZONTAL); break; // transpose
-    case 6: stored = rotate(upright, VIPS_ANGLE_D270); break;
-    case 7: stored = flip(rotate(upright, VIPS_ANGLE_D270), VIPS_DIRECTION_HORIZONTAL); break; // transverse
-    case 8: stored = rotate(upright, VIPS_ANGLE_D90); break;
-    default: return saveJpeg(upright, path, 1);
+    case 2:
+        stored = flip(upright, VIPS_DIRECTION_HORIZONTAL);
+        break;
+    case 3:
+        stored = rotate(upright, VIPS_ANGLE_D180);
+        break;
+    case 4:
+        stored = flip(upright, VIPS_DIRECTION_VERTICAL);
+        break;
+    case 5:
+        stored = flip(rotate(upright, VIPS_ANGLE_D90), VIPS_DIRECTION_HORIZONTAL);
+        break; // transpose
+    case 6:
+        stored = rotate(upright, VIPS_ANGLE_D270);
+        break;
+    case 7:
+        stored = flip(rotate(upright, VIPS_ANGLE_D270), VIPS_DIRECTION_HORIZONTAL);
+        break; // transverse
+    case 8:
+        stored = rotate(upright, VIPS_ANGLE_D90);
+        break;
+    default:
+        return saveJpeg(upright, path, 1);
     }
     return stored.get() && saveJpeg(stored, path, orientation);
 }
@@ -181,7 +196,7 @@ int main(int argc, char *argv[])
     for (const int orientation : {2, 4, 5, 7}) {
         const QByteArray caption = "EXIF orientation " + QByteArray::number(orientation);
         ok &= saveTurned(scene(1600, 1200, {200, 90, 160}, {40, 20, 60}, white, caption.constData()),
-                         out.filePath(QStringLiteral("orientations/orientation-%1.jpg").arg(orientation)), orientation);
+            out.filePath(QStringLiteral("orientations/orientation-%1.jpg").arg(orientation)), orientation);
     }
     ok &= saveJpeg(scene(800, 600, violet, dusk, white, "Small 800 x 600"), path("small.jpg"), 1);
     {

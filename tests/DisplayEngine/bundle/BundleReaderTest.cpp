@@ -553,7 +553,7 @@ TEST(BundleReader, ItemsAreKeptOnlyWhenTheyHaveSomethingToShow)
     std::vector<QString> kept;
     for (const auto &item : result.bundle->items)
         kept.push_back(item->id);
-    EXPECT_EQ(kept, (std::vector<QString>{"videoWithoutPoster", "videoPosterOnly"}));
+    EXPECT_EQ(kept, (std::vector<QString> {"videoWithoutPoster", "videoPosterOnly"}));
     EXPECT_EQ(result.integrity->missingItems.size(), 2u);
 }
 
