@@ -6,6 +6,7 @@
 #include "bundle/BundleRootGuard.h"
 #include "bundle/BundleTimestamp.h"
 #include "bundle/Sha256.h"
+#include "media/BrandOverlay.h"
 
 #include <QDir>
 #include <QFile>
@@ -268,6 +269,7 @@ std::optional<OpenedBundleBranding> resolveBranding(
             branding.overlay.imagePath = resolution.absolutePath;
         }
     }
+    branding.overlay = BrandOverlay::normalise(branding.overlay);
     Q_UNUSED(root);
     return branding;
 }
