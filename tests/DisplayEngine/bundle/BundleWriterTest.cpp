@@ -2,6 +2,7 @@
 #include "bundle/BundleReader.h"
 #include "bundle/BundleShortIds.h"
 #include "bundle/Sha256.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,11 +18,7 @@
 namespace sorvane {
 namespace {
 
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using test::readAll;
 
 // Stands in for a real codec: a file is a photo when it starts with "IMG";
 // "ANIM" makes it animated, "ALPHA" gives it transparency, "BROKEN" makes it

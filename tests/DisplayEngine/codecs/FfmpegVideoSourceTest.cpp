@@ -1,4 +1,6 @@
 #include "codecs/FfmpegVideoSource.h"
+#include "support/LogCapture.h"
+#include "support/TestFiles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,7 +8,6 @@
 #include <QByteArray>
 #include <QCryptographicHash>
 #include <QFile>
-#include <QLoggingCategory>
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -16,7 +17,6 @@
 #include <array>
 #include <functional>
 #include <latch>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -27,57 +27,25 @@
 namespace sorvane {
 namespace {
 
+using test::LogCapture;
+using test::readAll;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-// Collects every Qt message as "category type: text" so a test can compare the exact lines.
-// Inspections log from worker threads too, hence the lock.
-class LogCapture {
-public:
-    LogCapture()
-    {
-        QLoggingCategory::setFilterRules(QStringLiteral("sorvane.writer.info=true"));
-        take();
-        m_previous = qInstallMessageHandler(&LogCapture::handle);
-    }
-    ~LogCapture() { qInstallMessageHandler(m_previous); }
-    LogCapture(const LogCapture &) = delete;
-    LogCapture &operator=(const LogCapture &) = delete;
+// The ladder's lines are info messages, which the environment's logging rules may hide.
+const QString writerInfoOn = QStringLiteral("sorvane.writer.info=true");
 
-    std::vector<std::string> take()
-    {
-        std::lock_guard lock(s_mutex);
-        return std::exchange(s_lines, {});
-    }
+std::string rungOneFailed(const QString &path)
+{
+    return test::logLine("sorvane.writer", "info", "Poster rung 1 failed for " + path + "; retrying early.");
+}
 
-    static std::string rungOneFailed(const QString &path)
-    {
-        return "sorvane.writer info: Poster rung 1 failed for " + path.toStdString() + "; retrying early.";
-    }
-    static std::string noPoster(const QString &path)
-    {
-        return "sorvane.writer warning: No poster frame available for " + path.toStdString()
-            + "; the item will be omitted.";
-    }
-
-private:
-    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
-    {
-        const char *level = type == QtDebugMsg ? "debug"
-            : type == QtInfoMsg                ? "info"
-            : type == QtWarningMsg             ? "warning"
-            : type == QtCriticalMsg            ? "critical"
-                                               : "fatal";
-        std::lock_guard lock(s_mutex);
-        s_lines.push_back(
-            std::string(context.category ? context.category : "default") + " " + level + ": " + text.toStdString());
-    }
-
-    static inline std::mutex s_mutex;
-    static inline std::vector<std::string> s_lines;
-    QtMessageHandler m_previous = nullptr;
-};
+std::string noPoster(const QString &path)
+{
+    return test::logLine(
+        "sorvane.writer", "warning", "No poster frame available for " + path + "; the item will be omitted.");
+}
 
 // ---- Fixture videos, made with the ffmpeg tool at run time -------------------------------
 
@@ -236,14 +204,6 @@ private:
     QTemporaryDir m_dir;
     std::set<QString> m_made;
 };
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return file.readAll();
-}
 
 // ---- Reading posters ---------------------------------------------------------------------
 
@@ -437,7 +397,7 @@ TEST_P(FfmpegVideoSourceClip, ReadsMetadataAndTakesPosterFromTheMiddle)
     if (c.vp9 && (!hasEncoder("libvpx-vp9") || !hasEncoder("libopus")))
         GTEST_SKIP() << "this ffmpeg cannot encode VP9 with Opus";
     const QString path = Fixtures::instance().clip(c.clip);
-    LogCapture log;
+    LogCapture log(writerInfoOn);
 
     const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
 
@@ -616,7 +576,7 @@ TEST_P(FfmpegVideoSourceRefusal, GivesNoPosterAndSaysSo)
 {
     const RefusalCase &c = GetParam();
     const QString path = c.make();
-    LogCapture log;
+    LogCapture log(writerInfoOn);
 
     const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
 
@@ -629,7 +589,7 @@ TEST_P(FfmpegVideoSourceRefusal, GivesNoPosterAndSaysSo)
     }
     const std::vector<std::string> lines = log.take();
     ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back(), LogCapture::noPoster(path));
+    EXPECT_EQ(lines.back(), noPoster(path));
 }
 
 INSTANTIATE_TEST_SUITE_P(FfmpegRefusals, FfmpegVideoSourceRefusal, ::testing::ValuesIn(refusalCases()),
@@ -653,7 +613,7 @@ TEST(FfmpegVideoSourceLadder, FallsBackToHalfSecondWhenTheMiddleIsMissing)
     ASSERT_FALSE(whole.isEmpty());
     const QString path
         = Fixtures::instance().write(QStringLiteral("first-third.mp4"), whole.left(whole.size() * 3 / 10));
-    LogCapture log;
+    LogCapture log(writerInfoOn);
 
     const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
 
@@ -662,7 +622,7 @@ TEST(FfmpegVideoSourceLadder, FallsBackToHalfSecondWhenTheMiddleIsMissing)
     EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("fallback"));
     ASSERT_TRUE(inspection.poster.has_value());
     EXPECT_EQ(colourAt(*inspection.poster), "blue") << "the fallback poster is not from 0.5 s";
-    EXPECT_THAT(log.take(), ElementsAre(LogCapture::rungOneFailed(path)));
+    EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path)));
 }
 
 TEST(FfmpegVideoSourceLadder, ReportsBothFailuresWhenNoFrameSurvives)
@@ -673,7 +633,7 @@ TEST(FfmpegVideoSourceLadder, ReportsBothFailuresWhenNoFrameSurvives)
     const std::optional<qsizetype> mediaStart = endOfBoxHeader(whole, "mdat");
     ASSERT_TRUE(mediaStart.has_value());
     const QString path = Fixtures::instance().write(QStringLiteral("header-only.mp4"), whole.left(*mediaStart + 16));
-    LogCapture log;
+    LogCapture log(writerInfoOn);
 
     const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
 
@@ -684,7 +644,7 @@ TEST(FfmpegVideoSourceLadder, ReportsBothFailuresWhenNoFrameSurvives)
     EXPECT_EQ(inspection.videoCodec, commonVideoCodecName());
     EXPECT_FALSE(inspection.poster.has_value());
     EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("unavailable"));
-    EXPECT_THAT(log.take(), ElementsAre(LogCapture::rungOneFailed(path), LogCapture::noPoster(path)));
+    EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path), noPoster(path)));
 }
 
 TEST(FfmpegVideoSourceLadder, FallsBackWhenNoFrameIsShownNearTheMiddle)
@@ -696,7 +656,7 @@ TEST(FfmpegVideoSourceLadder, FallsBackWhenNoFrameIsShownNearTheMiddle)
         .blueTo = 0.7,
         .audio = false,
         .extra = {"-vf", "setpts='if(gte(N,25),PTS+3/TB,PTS)'", "-fps_mode", "passthrough"}});
-    LogCapture log;
+    LogCapture log(writerInfoOn);
 
     const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
 
@@ -704,7 +664,7 @@ TEST(FfmpegVideoSourceLadder, FallsBackWhenNoFrameIsShownNearTheMiddle)
     EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("fallback"));
     ASSERT_TRUE(inspection.poster.has_value());
     EXPECT_EQ(colourAt(*inspection.poster), "blue");
-    EXPECT_THAT(log.take(), ElementsAre(LogCapture::rungOneFailed(path)));
+    EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path)));
 }
 
 TEST(FfmpegVideoSourceLadder, StopsReadingAfterItsBudgetAndFallsBack)
@@ -719,14 +679,14 @@ TEST(FfmpegVideoSourceLadder, StopsReadingAfterItsBudgetAndFallsBack)
         .blueTo = 0.7,
         .audio = false,
         .extra = onlyFirstKeyframe(frames)});
-    LogCapture log;
+    LogCapture log(writerInfoOn);
 
     const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
 
     EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("fallback"));
     ASSERT_TRUE(inspection.poster.has_value());
     EXPECT_EQ(colourAt(*inspection.poster), "blue");
-    EXPECT_THAT(log.take(), ElementsAre(LogCapture::rungOneFailed(path)));
+    EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path)));
 }
 
 // ---- Concurrency -------------------------------------------------------------------------

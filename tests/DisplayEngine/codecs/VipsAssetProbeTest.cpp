@@ -1,5 +1,9 @@
 #include "codecs/VipsAssetProbe.h"
 #include "codecs/VipsRuntime.h"
+#include "support/LogCapture.h"
+#include "support/TestFiles.h"
+
+#include "VipsImageRef.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,17 +11,13 @@
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
-#include <QLoggingCategory>
 #include <QTemporaryDir>
 #include <QtEndian>
 
 #include <vips/vips.h>
 
-#include <sys/resource.h>
-
 #include <array>
 #include <latch>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
@@ -27,50 +27,23 @@
 namespace sorvane {
 namespace {
 
+using test::ImageRef;
+using test::LogCapture;
+using test::peakResidentBytes;
+using test::readAll;
+using test::writeAll;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAreArray;
 
-// Collects every Qt message as "category type: text" so a test can compare the exact lines.
-// Probes log from worker threads too, hence the lock.
-class LogCapture {
-public:
-    LogCapture()
-    {
-        QLoggingCategory::setFilterRules(QStringLiteral("sorvane.engine.info=true"));
-        clear();
-        m_previous = qInstallMessageHandler(&LogCapture::handle);
-    }
-    ~LogCapture() { qInstallMessageHandler(m_previous); }
-    LogCapture(const LogCapture &) = delete;
-    LogCapture &operator=(const LogCapture &) = delete;
+// The probe's lines are info messages, which the environment's logging rules may hide.
+const QString engineInfoOn = QStringLiteral("sorvane.engine.info=true");
 
-    std::vector<std::string> take()
-    {
-        std::lock_guard lock(s_mutex);
-        return std::exchange(s_lines, {});
-    }
-    void clear() { take(); }
-
-    static std::string engineInfo(const QString &text) { return "sorvane.engine info: " + text.toStdString(); }
-
-private:
-    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
-    {
-        const char *level = type == QtDebugMsg ? "debug"
-            : type == QtInfoMsg                ? "info"
-            : type == QtWarningMsg             ? "warning"
-            : type == QtCriticalMsg            ? "critical"
-                                               : "fatal";
-        std::lock_guard lock(s_mutex);
-        s_lines.push_back(
-            std::string(context.category ? context.category : "default") + " " + level + ": " + text.toStdString());
-    }
-
-    static inline std::mutex s_mutex;
-    static inline std::vector<std::string> s_lines;
-    QtMessageHandler m_previous = nullptr;
-};
+// A line the probe logs about a file.
+std::string engineInfo(const QString &text)
+{
+    return test::logLine("sorvane.engine", "info", text);
+}
 
 // One comparable text per probe answer, so tables and threads can be checked with plain equality.
 std::string describe(const std::optional<BundleProbeResult> &result)
@@ -82,15 +55,6 @@ std::string describe(const std::optional<BundleProbeResult> &result)
 }
 
 enum class Format { jpeg, png, webp, tiff, gif };
-
-struct ImageRef {
-    VipsImage *image = nullptr;
-    ~ImageRef()
-    {
-        if (image)
-            g_object_unref(image);
-    }
-};
 
 // Busy pixels, so that JPEG files carry a substantial entropy-coded segment.
 QByteArray noisyPixels(int width, int height, int bands)
@@ -109,9 +73,8 @@ QByteArray noisyPixels(int width, int height, int bands)
 bool saveImage(const QString &path, Format format, int width, int height, int bands)
 {
     const QByteArray pixels = noisyPixels(width, height, bands);
-    ImageRef image;
-    image.image = vips_image_new_from_memory_copy(
-        pixels.constData(), size_t(pixels.size()), width, height, bands, VIPS_FORMAT_UCHAR);
+    const ImageRef image(vips_image_new_from_memory_copy(
+        pixels.constData(), size_t(pixels.size()), width, height, bands, VIPS_FORMAT_UCHAR));
     if (!image.image)
         return false;
     const QByteArray file = QFile::encodeName(path);
@@ -128,20 +91,6 @@ bool saveImage(const QString &path, Format format, int width, int height, int ba
         return vips_gifsave(image.image, file.constData(), nullptr) == 0;
     }
     return false;
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return file.readAll();
-}
-
-bool writeAll(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 // Offset of the first byte of entropy-coded data (just after the SOS segment), or -1.
@@ -174,50 +123,6 @@ QByteArray withGarbageEntropyData(QByteArray jpeg)
         jpeg[i] = char(byte == 0xFF ? 0x5A : byte);
     }
     return jpeg;
-}
-
-quint32 crc32(const QByteArray &bytes)
-{
-    quint32 crc = 0xFFFFFFFFu;
-    for (const char c : bytes) {
-        crc ^= quint8(c);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
-
-QByteArray pngChunk(const char type[4], const QByteArray &data)
-{
-    QByteArray typeAndData = QByteArray(type, 4) + data;
-    QByteArray chunk(4, Qt::Uninitialized);
-    qToBigEndian<quint32>(quint32(data.size()), chunk.data());
-    chunk += typeAndData;
-    QByteArray crc(4, Qt::Uninitialized);
-    qToBigEndian<quint32>(crc32(typeAndData), crc.data());
-    return chunk + crc;
-}
-
-// A valid PNG whose header claims width x height RGB pixels but which carries only a few
-// (compressed) rows: tiny on disk, enormous once decoded.
-QByteArray pngClaiming(quint32 width, quint32 height)
-{
-    QByteArray ihdr(13, '\0');
-    qToBigEndian<quint32>(width, ihdr.data());
-    qToBigEndian<quint32>(height, ihdr.data() + 4);
-    ihdr[8] = 8; // bit depth
-    ihdr[9] = 2; // colour type RGB
-    const QByteArray rows(4 * (1 + qsizetype(width) * 3), '\0');
-    const QByteArray zlibStream = qCompress(rows).mid(4); // qCompress prefixes a length
-    return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", ihdr) + pngChunk("IDAT", zlibStream)
-        + pngChunk("IEND", {});
-}
-
-qint64 peakResidentBytes()
-{
-    rusage usage {};
-    getrusage(RUSAGE_SELF, &usage);
-    return qint64(usage.ru_maxrss) * 1024; // kilobytes on Linux
 }
 
 struct DecodableCase {
@@ -276,7 +181,7 @@ protected:
         ASSERT_NE(scrambled, jpeg);
         ASSERT_EQ(scrambled.left(entropyDataStart(jpeg)), jpeg.left(entropyDataStart(jpeg)));
         ASSERT_TRUE(writeAll(path("scrambled.jpg"), scrambled));
-        const QByteArray huge = pngClaiming(50000, 50000);
+        const QByteArray huge = test::pngClaiming(50000, 50000);
         ASSERT_LT(huge.size(), 4096);
         ASSERT_TRUE(writeAll(path("huge.png"), huge));
     }
@@ -300,7 +205,7 @@ protected:
 
 TEST_F(VipsAssetProbeTest, DecodableImagesReportTheirSizeAndLogNothing)
 {
-    LogCapture log;
+    LogCapture log(engineInfoOn);
     for (const DecodableCase &c : decodableCases) {
         SCOPED_TRACE(c.name);
         const QString file = path(c.name);
@@ -320,7 +225,7 @@ TEST_F(VipsAssetProbeTest, DecodableImagesReportTheirSizeAndLogNothing)
 TEST_F(VipsAssetProbeTest, UndecodableFilesAreRefusedWithTheirOwnLogLine)
 {
     ASSERT_FALSE(QFileInfo::exists(path("missing.jpg")));
-    LogCapture log;
+    LogCapture log(engineInfoOn);
     for (const RefusedCase &c : refusedCases) {
         SCOPED_TRACE(c.name);
         const QString file = path(c.name);
@@ -329,8 +234,7 @@ TEST_F(VipsAssetProbeTest, UndecodableFilesAreRefusedWithTheirOwnLogLine)
 
         EXPECT_EQ(describe(result), "refused");
         EXPECT_THAT(log.take(),
-            ElementsAre(
-                LogCapture::engineInfo(QStringLiteral("Decode probe: %1 %2").arg(file, QString::fromUtf8(c.logTail)))));
+            ElementsAre(engineInfo(QStringLiteral("Decode probe: %1 %2").arg(file, QString::fromUtf8(c.logTail)))));
     }
 }
 
@@ -340,7 +244,7 @@ TEST_F(VipsAssetProbeTest, CompleteJpegWithCorruptScanDataIsAccepted)
     // do. Failing on warnings would also refuse sound camera files (stray bytes before a marker),
     // so the probe answers "decodable" for a file that is complete and yields a thumbnail.
     const QString file = path("scrambled.jpg");
-    LogCapture log;
+    LogCapture log(engineInfoOn);
 
     const auto result = m_probe.probe(file);
 
@@ -352,19 +256,19 @@ TEST_F(VipsAssetProbeTest, HugeClaimedSizeIsRefusedWithoutAllocatingThePixels)
 {
     // Decoded, this image would need 7.5 GB; refusing it must cost next to nothing.
     const qint64 peakBefore = peakResidentBytes();
-    LogCapture log;
+    LogCapture log(engineInfoOn);
 
     EXPECT_FALSE(m_probe.probe(path("huge.png")).has_value());
 
     EXPECT_LT(peakResidentBytes() - peakBefore, qint64(64) << 20);
-    EXPECT_THAT(log.take(),
-        ElementsAre(LogCapture::engineInfo(QStringLiteral("Decode probe: %1 would not decode").arg(path("huge.png")))));
+    EXPECT_THAT(
+        log.take(), ElementsAre(engineInfo(QStringLiteral("Decode probe: %1 would not decode").arg(path("huge.png")))));
 }
 
 TEST_F(VipsAssetProbeTest, ConcurrentProbesGiveTheSameAnswersAsSequentialOnes)
 {
     const std::vector<QString> paths = allPaths();
-    LogCapture log;
+    LogCapture log(engineInfoOn);
     std::vector<std::string> sequential;
     for (const QString &file : paths)
         sequential.push_back(describe(m_probe.probe(file)));

@@ -1,5 +1,9 @@
 #include "codecs/VipsDerivativeEncoder.h"
 #include "codecs/VipsRuntime.h"
+#include "support/LogCapture.h"
+#include "support/TestFiles.h"
+
+#include "VipsImageRef.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,14 +19,11 @@
 
 #include <vips/vips.h>
 
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdlib>
 #include <latch>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
@@ -32,6 +33,11 @@
 namespace sorvane {
 namespace {
 
+using test::ImageRef;
+using test::LogCapture;
+using test::peakResidentBytes;
+using test::readAll;
+using test::writeAll;
 using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
@@ -41,58 +47,11 @@ using ::testing::Le;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-struct ImageRef {
-    VipsImage *image = nullptr;
-    ImageRef() = default;
-    explicit ImageRef(VipsImage *owned) : image(owned) { }
-    ImageRef(ImageRef &&other) noexcept : image(std::exchange(other.image, nullptr)) { }
-    ImageRef &operator=(ImageRef &&other) noexcept
-    {
-        std::swap(image, other.image);
-        return *this;
-    }
-    ImageRef(const ImageRef &) = delete;
-    ImageRef &operator=(const ImageRef &) = delete;
-    ~ImageRef()
-    {
-        if (image)
-            g_object_unref(image);
-    }
-    VipsImage **out() { return &image; }
-};
-
-// Collects the writer's messages as "category level: text"; encoders log from worker threads too.
-class LogCapture {
-public:
-    LogCapture()
-    {
-        take(); // lines an earlier, failed test left behind
-        m_previous = qInstallMessageHandler(&LogCapture::handle);
-    }
-    ~LogCapture() { qInstallMessageHandler(m_previous); }
-    LogCapture(const LogCapture &) = delete;
-    LogCapture &operator=(const LogCapture &) = delete;
-
-    std::vector<std::string> take()
-    {
-        std::lock_guard lock(s_mutex);
-        return std::exchange(s_lines, {});
-    }
-
-    static std::string warning(const QString &text) { return "sorvane.writer warning: " + text.toStdString(); }
-
-private:
-    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
-    {
-        std::lock_guard lock(s_mutex);
-        s_lines.push_back(std::string(context.category ? context.category : "default")
-            + (type == QtWarningMsg ? " warning: " : " other: ") + text.toStdString());
-    }
-
-    static inline std::mutex s_mutex;
-    static inline std::vector<std::string> s_lines;
-    QtMessageHandler m_previous = nullptr;
-};
+// A line the writer logs when an encode fails.
+std::string writerWarning(const QString &text)
+{
+    return test::logLine("sorvane.writer", "warning", text);
+}
 
 enum class Pixels { rgb, rgba, rgb16, grey, greyAlpha };
 enum class Saver {
@@ -234,18 +193,6 @@ ImageRef withSecondFrame(VipsImage *first)
     return paged;
 }
 
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeAll(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
 // libvips will not embed a profile that does not fit the pixels, so it goes in by hand:
 // one APP2 "ICC_PROFILE" segment just after the start of the image.
 bool saveJpegWithProfile(VipsImage *image, const QString &path, const QByteArray &profile)
@@ -319,39 +266,6 @@ bool saveSource(const SourceCase &c, const QString &path)
     return false;
 }
 
-quint32 crc32(const QByteArray &bytes)
-{
-    quint32 crc = 0xFFFFFFFFu;
-    for (const char c : bytes) {
-        crc ^= quint8(c);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
-
-QByteArray pngChunk(const char type[4], const QByteArray &data)
-{
-    const QByteArray typeAndData = QByteArray(type, 4) + data;
-    QByteArray length(4, Qt::Uninitialized), crc(4, Qt::Uninitialized);
-    qToBigEndian<quint32>(quint32(data.size()), length.data());
-    qToBigEndian<quint32>(crc32(typeAndData), crc.data());
-    return length + typeAndData + crc;
-}
-
-// A valid PNG that claims width x height RGB pixels but carries a few rows: tiny on disk.
-QByteArray pngClaiming(quint32 width, quint32 height)
-{
-    QByteArray ihdr(13, '\0');
-    qToBigEndian<quint32>(width, ihdr.data());
-    qToBigEndian<quint32>(height, ihdr.data() + 4);
-    ihdr[8] = 8; // bit depth
-    ihdr[9] = 2; // RGB
-    const QByteArray rows(4 * (1 + qsizetype(width) * 3), '\0');
-    return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", ihdr) + pngChunk("IDAT", qCompress(rows).mid(4))
-        + pngChunk("IEND", {});
-}
-
 // Noise compresses badly, so most of this JPEG's file is scan data.
 bool saveNoisyJpeg(const QString &path)
 {
@@ -393,7 +307,7 @@ private:
             const QByteArray jpeg = readAll(path("noise.jpg"));
             writeAll(path("truncated.jpg"), jpeg.left(jpeg.size() / 2));
         }
-        writeAll(path("huge.png"), pngClaiming(50000, 50000));
+        writeAll(path("huge.png"), test::pngClaiming(50000, 50000));
     }
 
     QTemporaryDir m_dir;
@@ -537,13 +451,6 @@ void expectCleanContainer(const QString &path)
     }
 }
 
-qint64 peakResidentBytes()
-{
-    rusage usage {};
-    getrusage(RUSAGE_SELF, &usage);
-    return qint64(usage.ru_maxrss) * 1024;
-}
-
 class VipsDerivativeEncoderTest : public ::testing::Test {
 protected:
     void SetUp() override
@@ -684,8 +591,7 @@ TEST_F(VipsDerivativeEncoderTest, UndecodableSourcesFailWithTheirLogLineAndLeave
         }
         EXPECT_THAT(result.files, IsEmpty());
         EXPECT_THAT(log.take(),
-            ElementsAre(
-                LogCapture::warning(QStringLiteral("Derivative failed for %1: %2").arg(source(c.file), c.logTail))));
+            ElementsAre(writerWarning(QStringLiteral("Derivative failed for %1: %2").arg(source(c.file), c.logTail))));
     }
     EXPECT_THAT(filesUnder(m_out.path()), IsEmpty());
 }
@@ -716,7 +622,7 @@ TEST_F(VipsDerivativeEncoderTest, WriteFailureRemovesTheTiersAlreadyWritten)
     EXPECT_THAT(result.files, IsEmpty());
     EXPECT_EQ(filesUnder(m_out.path()), std::vector<QString> {QStringLiteral("tile")});
     EXPECT_THAT(log.take(),
-        ElementsAre(LogCapture::warning(QStringLiteral("Derivative write failed for %1").arg(source("opaque.png")))));
+        ElementsAre(writerWarning(QStringLiteral("Derivative write failed for %1").arg(source("opaque.png")))));
 }
 
 TEST_F(VipsDerivativeEncoderTest, ReplacesAnEarlierFileAndLeavesNoTemporaryBehind)
@@ -822,8 +728,7 @@ TEST_F(VipsDerivativeEncoderTest, WritePngKeepsFullSizeUprightAndReplacesAtomica
     EXPECT_EQ(error, QStringLiteral("not decodable"));
     EXPECT_FALSE(QFileInfo::exists(m_out.filePath(QStringLiteral("other.png"))));
     EXPECT_THAT(log.take(),
-        ElementsAre(
-            LogCapture::warning(QStringLiteral("Derivative failed for %1: not decodable").arg(source("notes.jpg")))));
+        ElementsAre(writerWarning(QStringLiteral("Derivative failed for %1: not decodable").arg(source("notes.jpg")))));
 }
 
 // Everything a result says, with file contents by hash, relative to `root`.

@@ -7,6 +7,7 @@
 namespace sorvane {
 namespace {
 
+using test::DecodeFailure;
 using test::parseObject;
 
 TEST(CloudSource, DecodesWithoutOptionalKeysAsBuiltWithoutThem)
@@ -37,13 +38,6 @@ TEST(CloudSource, OptionalKeysAreWrittenOnlyWhenPresent)
     EXPECT_TRUE(json.value(QLatin1StringView("cachedThumbnailPath")).isString());
     EXPECT_EQ(CloudSource::fromJson(test::throughText(json)), source);
 }
-
-struct DecodeFailure {
-    friend void PrintTo(const DecodeFailure &c, std::ostream *os) { *os << '"' << c.json << '"'; }
-
-    const char *json;
-    const char *keyInError;
-};
 
 class CloudSourceDecodeFailure : public testing::TestWithParam<DecodeFailure> { };
 

@@ -11,6 +11,7 @@
 namespace sorvane {
 namespace {
 
+using test::DecodeFailure;
 using test::parseObject;
 
 ImageMetadata everyField()
@@ -93,13 +94,6 @@ TEST(ImageMetadata, DatesAreReadWithOrWithoutMillisecondsAndAnyOffset)
     qunsetenv("TZ");
     tzset();
 }
-
-struct DecodeFailure {
-    friend void PrintTo(const DecodeFailure &c, std::ostream *os) { *os << '"' << c.json << '"'; }
-
-    const char *json;
-    const char *keyInError;
-};
 
 class ImageMetadataDecodeFailure : public testing::TestWithParam<DecodeFailure> { };
 

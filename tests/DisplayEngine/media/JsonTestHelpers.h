@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <ostream>
+
 namespace sorvane::test {
 
 // Records in tests are written as JSON text so that they read like the files
@@ -17,5 +19,13 @@ inline QJsonObject throughText(const QJsonObject &object)
 {
     return QJsonDocument::fromJson(QJsonDocument(object).toJson()).object();
 }
+
+// A record that must not decode, and the key its error must name.
+struct DecodeFailure {
+    friend void PrintTo(const DecodeFailure &c, std::ostream *os) { *os << '"' << c.json << '"'; }
+
+    const char *json;
+    const char *keyInError;
+};
 
 } // namespace sorvane::test

@@ -1,3 +1,5 @@
+#include "CliTestSupport.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -13,25 +15,11 @@
 namespace sorvane {
 namespace {
 
-struct Outcome {
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-Outcome run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    EXPECT_TRUE(process.waitForFinished(120000)) << qPrintable(program);
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-        QString::fromUtf8(process.readAllStandardError())};
-}
-
-Outcome sorvane(const QStringList &arguments)
-{
-    return run(QStringLiteral(SORVANE_BIN), arguments);
-}
+using test::CommandCase;
+using test::expectCommandOutcomes;
+using test::Outcome;
+using test::run;
+using test::sorvane;
 
 QJsonObject readJson(const QString &path)
 {
@@ -41,22 +29,20 @@ QJsonObject readJson(const QString &path)
 }
 
 // A folder of three different real JPEG photos, taken from the sample bundle.
-class ExportCommand : public testing::Test {
+class ExportCommand : public test::SampleBundleSuite {
 protected:
     static void SetUpTestSuite()
     {
-        dir = new QTemporaryDir;
-        const Outcome made = run(QStringLiteral(SAMPLE_BUNDLE_BIN), {dir->filePath("sample")});
-        ASSERT_EQ(made.status, 0) << qPrintable(made.err);
+        ASSERT_NO_FATAL_FAILURE(SampleBundleSuite::SetUpTestSuite());
         QDir().mkpath(photos());
-        const QFileInfoList jpegs = QDir(dir->filePath("sample/media/full")).entryInfoList({"*.jpg"}, QDir::Files);
+        const QFileInfoList jpegs = QDir(samplePhotos()).entryInfoList({"*.jpg"}, QDir::Files);
         ASSERT_GE(jpegs.size(), 3);
         for (int i = 0; i < 3; ++i)
             ASSERT_TRUE(
                 QFile::copy(jpegs[i].absoluteFilePath(), photos() + QStringLiteral("/photo-%1.jpg").arg(i + 1)));
     }
-    static void TearDownTestSuite() { delete dir; }
-    static QString photos() { return dir->filePath("photos"); }
+    static QString photos() { return suitePath("photos"); }
+    static QString samplePhotos() { return sampleRoot() + "/media/full"; }
 
     // Enough photos that encoding them takes a moment: copies of the samples, each
     // made unique by bytes after the image data, which decoders ignore.
@@ -64,7 +50,7 @@ protected:
     {
         const QString sources = out.filePath("many");
         QDir().mkpath(sources);
-        const QFileInfoList samples = QDir(dir->filePath("sample/media/full")).entryInfoList({"*.jpg"}, QDir::Files);
+        const QFileInfoList samples = QDir(samplePhotos()).entryInfoList({"*.jpg"}, QDir::Files);
         for (int copy = 0; copy < 60; ++copy) {
             QFile source(samples[copy % samples.size()].absoluteFilePath());
             EXPECT_TRUE(source.open(QIODevice::ReadOnly));
@@ -75,18 +61,24 @@ protected:
         return sources;
     }
 
+    // Starts exporting `sources` as dest/Many and reads its standard error until it is writing
+    // derivatives (or has stopped), returning what it read.
+    QByteArray startExportUntilWriting(QProcess &process, const QString &sources) const
+    {
+        process.start(test::sorvaneProgram(), {"export", sources, "--to", out.filePath("dest"), "--name", "Many"});
+        process.setReadChannel(QProcess::StandardError);
+        QByteArray err;
+        while (!err.contains("Writing derivatives...") && process.waitForReadyRead(60000))
+            err += process.readAllStandardError();
+        return err;
+    }
+
     QTemporaryDir out;
-    static inline QTemporaryDir *dir = nullptr;
 };
 
 TEST_F(ExportCommand, UsageErrorsExitTwoAndHelpExitsZero)
 {
-    struct Case {
-        QStringList arguments;
-        int status;
-        const char *needle;
-    };
-    const Case cases[] = {
+    const CommandCase cases[] = {
         {{"export"}, 2, "sorvane export: no source given"},
         {{"export", photos()}, 2, "no destination given (use --to DIR)."},
         {{"export", out.filePath("nothing-here"), "--to", out.path()}, 2, "no such file or folder"},
@@ -99,12 +91,7 @@ TEST_F(ExportCommand, UsageErrorsExitTwoAndHelpExitsZero)
         {{"export", "--help"}, 0, "130  the export was cancelled"},
         {{"--help"}, 0, "export    Make a bundle"},
     };
-    for (const Case &c : cases) {
-        const Outcome result = sorvane(c.arguments);
-        EXPECT_EQ(result.status, c.status) << qPrintable(c.arguments.join(' '));
-        EXPECT_TRUE((result.out + result.err).contains(c.needle)) << qPrintable(c.arguments.join(' ')) << "\n"
-                                                                  << qPrintable(result.out + result.err);
-    }
+    expectCommandOutcomes(cases);
     // Nothing was made by any of them.
     EXPECT_TRUE(QDir(out.path()).isEmpty());
 }
@@ -221,11 +208,7 @@ TEST_F(ExportCommand, TerminationCancelsAndLeavesNothingBehind)
 {
     const QString sources = manyPhotos();
     QProcess process;
-    process.start(QStringLiteral(SORVANE_BIN), {"export", sources, "--to", out.filePath("dest"), "--name", "Many"});
-    process.setReadChannel(QProcess::StandardError);
-    QByteArray err;
-    while (!err.contains("Writing derivatives...") && process.waitForReadyRead(60000))
-        err += process.readAllStandardError();
+    QByteArray err = startExportUntilWriting(process, sources);
     ASSERT_TRUE(err.contains("Writing derivatives...")) << err.constData();
     process.terminate();
     ASSERT_TRUE(process.waitForFinished(60000));
@@ -245,11 +228,7 @@ TEST_F(ExportCommand, AKillMidwayNeverLeavesAnythingUnderTheFinalName)
 {
     const QString sources = manyPhotos();
     QProcess process;
-    process.start(QStringLiteral(SORVANE_BIN), {"export", sources, "--to", out.filePath("dest"), "--name", "Many"});
-    process.setReadChannel(QProcess::StandardError);
-    QByteArray err;
-    while (!err.contains("Writing derivatives...") && process.waitForReadyRead(60000))
-        err += process.readAllStandardError();
+    QByteArray err = startExportUntilWriting(process, sources);
     ASSERT_TRUE(err.contains("Writing derivatives...")) << err.constData();
     process.kill();
     ASSERT_TRUE(process.waitForFinished(60000));

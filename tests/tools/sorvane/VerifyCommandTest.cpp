@@ -1,11 +1,12 @@
 #include "support/BundleFixture.h"
 
+#include "CliTestSupport.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -15,25 +16,11 @@ namespace {
 
 using test::BundleFixture;
 
-struct Outcome {
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-Outcome run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    EXPECT_TRUE(process.waitForFinished(120000)) << qPrintable(program);
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-        QString::fromUtf8(process.readAllStandardError())};
-}
-
-Outcome sorvane(const QStringList &arguments)
-{
-    return run(QStringLiteral(SORVANE_BIN), arguments);
-}
+using test::CommandCase;
+using test::expectCommandOutcomes;
+using test::Outcome;
+using test::run;
+using test::sorvane;
 
 QJsonObject parseJson(const QString &text)
 {
@@ -44,17 +31,9 @@ QJsonObject parseJson(const QString &text)
 }
 
 // A real bundle of decodable JPEGs with every size and hash recorded.
-class SampleBundle : public testing::Test {
+class SampleBundle : public test::SampleBundleSuite {
 protected:
-    static void SetUpTestSuite()
-    {
-        dir = new QTemporaryDir;
-        const Outcome made = run(QStringLiteral(SAMPLE_BUNDLE_BIN), {dir->filePath("sample")});
-        ASSERT_EQ(made.status, 0) << qPrintable(made.err);
-    }
-    static void TearDownTestSuite() { delete dir; }
-    static QString root() { return dir->filePath("sample"); }
-    static inline QTemporaryDir *dir = nullptr;
+    static QString root() { return sampleRoot(); }
 };
 
 TEST_F(SampleBundle, VerifiesCleanlyAtEveryLevel)
@@ -168,12 +147,7 @@ TEST(VerifyCommand, TextNamesTheErrorOnStandardError)
 
 TEST(VerifyCommand, UsageErrorsExitTwoAndHelpExitsZero)
 {
-    struct Case {
-        QStringList arguments;
-        int status;
-        const char *needle;
-    };
-    const Case cases[] = {
+    const CommandCase cases[] = {
         {{}, 2, "Usage: sorvane <command>"},
         {{"frobnicate"}, 2, "unknown command 'frobnicate'"},
         {{"verify"}, 2, "no bundle given"},
@@ -183,12 +157,7 @@ TEST(VerifyCommand, UsageErrorsExitTwoAndHelpExitsZero)
         {{"--help"}, 0, "verify"},
         {{"verify", "--help"}, 0, "Exit status:"},
     };
-    for (const Case &c : cases) {
-        const Outcome result = sorvane(c.arguments);
-        EXPECT_EQ(result.status, c.status) << qPrintable(c.arguments.join(' '));
-        EXPECT_TRUE((result.out + result.err).contains(c.needle)) << qPrintable(c.arguments.join(' ')) << "\n"
-                                                                  << qPrintable(result.out + result.err);
-    }
+    expectCommandOutcomes(cases);
 }
 
 } // namespace

@@ -1,0 +1,71 @@
+#include "support/LogCapture.h"
+
+#include <QLoggingCategory>
+
+#include <mutex>
+#include <utility>
+
+namespace sorvane::test {
+
+namespace {
+
+std::mutex s_mutex;
+std::vector<std::string> s_lines;
+// Qt cannot report the rules in force, so the ones captures set are remembered here.
+QString s_rules;
+
+const char *levelName(QtMsgType type)
+{
+    return type == QtDebugMsg   ? "debug"
+        : type == QtInfoMsg     ? "info"
+        : type == QtWarningMsg  ? "warning"
+        : type == QtCriticalMsg ? "critical"
+                                : "fatal";
+}
+
+void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    std::string line = logLine(context.category ? context.category : "default", levelName(type), text);
+    std::lock_guard lock(s_mutex);
+    s_lines.push_back(std::move(line));
+}
+
+} // namespace
+
+std::string logLine(const char *category, const char *level, const QString &text)
+{
+    return std::string(category) + " " + level + ": " + text.toStdString();
+}
+
+LogCapture::LogCapture(const QString &filterRules)
+{
+    if (!filterRules.isEmpty()) {
+        m_previousRules = std::exchange(s_rules, filterRules);
+        m_setRules = true;
+        QLoggingCategory::setFilterRules(filterRules);
+    }
+    clear(); // lines an earlier, failed test left behind
+    m_previousHandler = qInstallMessageHandler(&handle);
+}
+
+LogCapture::~LogCapture()
+{
+    qInstallMessageHandler(m_previousHandler);
+    if (m_setRules) {
+        s_rules = m_previousRules;
+        QLoggingCategory::setFilterRules(m_previousRules);
+    }
+}
+
+std::vector<std::string> LogCapture::take()
+{
+    std::lock_guard lock(s_mutex);
+    return std::exchange(s_lines, {});
+}
+
+void LogCapture::clear()
+{
+    take();
+}
+
+} // namespace sorvane::test
