@@ -6,8 +6,7 @@ namespace sorvane {
 
 // Where time comes from. Playback, controls and walls ask a clock instead of the
 // system, so tests can move time by hand instead of sleeping.
-class Clock
-{
+class Clock {
 public:
     virtual ~Clock() = default;
     // Seconds on a steady clock that never goes backwards (for intervals).

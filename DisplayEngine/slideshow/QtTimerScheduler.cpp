@@ -6,10 +6,7 @@
 
 namespace sorvane {
 
-QtTimerScheduler::QtTimerScheduler(QObject *parent)
-    : QObject(parent)
-{
-}
+QtTimerScheduler::QtTimerScheduler(QObject *parent) : QObject(parent) { }
 
 QtTimerScheduler::~QtTimerScheduler() = default; // the timers are children and go with it
 

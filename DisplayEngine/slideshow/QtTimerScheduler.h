@@ -11,8 +11,7 @@ class QTimer;
 namespace sorvane {
 
 // Timers on the Qt event loop of the thread that owns this object.
-class QtTimerScheduler final : public QObject, public TimerScheduler
-{
+class QtTimerScheduler final : public QObject, public TimerScheduler {
     Q_OBJECT
 public:
     explicit QtTimerScheduler(QObject *parent = nullptr);

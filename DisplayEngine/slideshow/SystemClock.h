@@ -6,8 +6,7 @@
 
 namespace sorvane {
 
-class SystemClock final : public Clock
-{
+class SystemClock final : public Clock {
 public:
     SystemClock() { m_started.start(); }
     double monotonicSeconds() const override { return double(m_started.nsecsElapsed()) / 1e9; }

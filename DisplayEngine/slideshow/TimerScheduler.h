@@ -9,8 +9,7 @@ namespace sorvane {
 // Schedules callbacks on the owner's thread after a delay. Playback's advance,
 // the controls' tick and the walls' heartbeat are built on it so that tests
 // drive them with a fake that fires on demand.
-class TimerScheduler
-{
+class TimerScheduler {
 public:
     using TimerId = quint64;
 

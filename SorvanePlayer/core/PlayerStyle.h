@@ -11,9 +11,12 @@ enum class PlayerStyle { photoWall, memoryTable, classic };
 inline QString toRaw(PlayerStyle style)
 {
     switch (style) {
-    case PlayerStyle::photoWall: return QStringLiteral("photo-wall");
-    case PlayerStyle::memoryTable: return QStringLiteral("memory-table");
-    case PlayerStyle::classic: return QStringLiteral("classic");
+    case PlayerStyle::photoWall:
+        return QStringLiteral("photo-wall");
+    case PlayerStyle::memoryTable:
+        return QStringLiteral("memory-table");
+    case PlayerStyle::classic:
+        return QStringLiteral("classic");
     }
     return {};
 }

@@ -7,14 +7,14 @@ namespace sorvane::test {
 TimerScheduler::TimerId FakeTime::scheduleOnce(double seconds, std::function<void()> callback)
 {
     const TimerId id = m_nextId++;
-    m_timers.emplace(id, Timer{m_now + std::max(0.0, seconds), 0.0, std::move(callback)});
+    m_timers.emplace(id, Timer {m_now + std::max(0.0, seconds), 0.0, std::move(callback)});
     return id;
 }
 
 TimerScheduler::TimerId FakeTime::scheduleRepeating(double seconds, std::function<void()> callback)
 {
     const TimerId id = m_nextId++;
-    m_timers.emplace(id, Timer{m_now + std::max(0.001, seconds), std::max(0.001, seconds), std::move(callback)});
+    m_timers.emplace(id, Timer {m_now + std::max(0.001, seconds), std::max(0.001, seconds), std::move(callback)});
     return id;
 }
 

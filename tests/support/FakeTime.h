@@ -9,8 +9,7 @@ namespace sorvane::test {
 
 // A clock and timers that move only when a test says so: advance() fires, in
 // time order, every timer that falls due, exactly as a run loop would.
-class FakeTime final : public Clock, public TimerScheduler
-{
+class FakeTime final : public Clock, public TimerScheduler {
 public:
     double monotonicSeconds() const override { return m_now; }
     QDateTime nowUtc() const override { return m_epoch.addMSecs(qint64(m_now * 1000.0)); }
@@ -25,8 +24,7 @@ public:
     size_t pendingTimers() const { return m_timers.size(); }
 
 private:
-    struct Timer
-    {
+    struct Timer {
         double due;
         double period; // 0: once
         std::function<void()> callback;
