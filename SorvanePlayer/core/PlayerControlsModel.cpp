@@ -6,13 +6,6 @@ namespace sorvane {
 
 namespace {
 
-// A handler may tear down its owner (exit does), so it runs from a copy.
-void run(const std::function<void()> &handler)
-{
-    if (auto copy = handler)
-        copy();
-}
-
 QString invokableName(PlayerAction action)
 {
     switch (action) {
@@ -119,55 +112,28 @@ QVariantList PlayerControlsModel::buttonList() const
 
 void PlayerControlsModel::togglePause()
 {
-    run(onTogglePause);
+    perform(PlayerAction::togglePause);
 }
 
 void PlayerControlsModel::next()
 {
-    run(onNext);
+    perform(PlayerAction::next);
 }
 
 void PlayerControlsModel::previous()
 {
-    run(onPrevious);
+    perform(PlayerAction::previous);
 }
 
 void PlayerControlsModel::chooseStyle(const QString &raw)
 {
-    const std::optional<PlayerStyle> style = playerStyleFromRaw(raw);
-    if (!style)
-        return;
-    if (auto copy = onStyle)
-        copy(*style);
+    if (const std::optional<PlayerStyle> style = playerStyleFromRaw(raw))
+        perform(styleAction(*style));
 }
 
 void PlayerControlsModel::exit()
 {
-    run(onExit);
-}
-
-void PlayerControlsModel::perform(PlayerAction action)
-{
-    switch (action) {
-    case PlayerAction::exit:
-        exit();
-        return;
-    case PlayerAction::togglePause:
-        togglePause();
-        return;
-    case PlayerAction::next:
-        next();
-        return;
-    case PlayerAction::previous:
-        previous();
-        return;
-    case PlayerAction::stylePhotoWall:
-    case PlayerAction::styleMemoryTable:
-    case PlayerAction::styleClassic:
-        if (auto copy = onStyle)
-            copy(*styleOf(action));
-        return;
-    }
+    perform(PlayerAction::exit);
 }
 
 } // namespace sorvane

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "core/PlayerKeyRouter.h"
+#include "core/PlayerActionHandlers.h"
 #include "core/PlayerStyle.h"
 
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QVariantList>
-
-#include <functional>
 
 namespace sorvane {
 
@@ -24,7 +22,7 @@ struct ControlButton {
 
 // What the controls panel shows and where its buttons lead. The engine owns the
 // truth: it sets isPaused and style; the buttons only forward to the handlers.
-class PlayerControlsModel : public QObject {
+class PlayerControlsModel : public QObject, public PlayerActionHandlers {
     Q_OBJECT
     Q_PROPERTY(bool isPaused READ isPaused WRITE setPaused NOTIFY isPausedChanged)
     Q_PROPERTY(QString style READ styleRaw WRITE setStyleRaw NOTIFY styleChanged)
@@ -37,12 +35,6 @@ class PlayerControlsModel : public QObject {
 
 public:
     explicit PlayerControlsModel(QObject *parent = nullptr);
-
-    std::function<void()> onTogglePause;
-    std::function<void()> onNext;
-    std::function<void()> onPrevious;
-    std::function<void(PlayerStyle)> onStyle;
-    std::function<void()> onExit;
 
     bool isPaused() const { return m_paused; }
     void setPaused(bool paused);
@@ -69,9 +61,6 @@ public:
     // Unknown raw values are ignored.
     Q_INVOKABLE void chooseStyle(const QString &raw);
     Q_INVOKABLE void exit();
-
-    // Runs the handler behind a button's action.
-    void perform(PlayerAction action);
 
 Q_SIGNALS:
     void isPausedChanged();
