@@ -232,7 +232,7 @@ ManifestRead readManifest(const QString &manifestPath)
 }
 
 std::optional<OpenedBundleBranding> resolveBranding(
-    const BundleManifest &manifest, const QString &root, BundleRootGuard &guard, std::vector<BundleReport> &reports)
+    const BundleManifest &manifest, BundleRootGuard &guard, std::vector<BundleReport> &reports)
 {
     if (!manifest.branding)
         return std::nullopt;
@@ -270,7 +270,6 @@ std::optional<OpenedBundleBranding> resolveBranding(
         }
     }
     branding.overlay = BrandOverlay::normalise(branding.overlay);
-    Q_UNUSED(root);
     return branding;
 }
 
@@ -353,7 +352,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
 
     // 12. Branding.
     BundleRootGuard guard(root);
-    bundle->branding = resolveBranding(manifest, root, guard, reports);
+    bundle->branding = resolveBranding(manifest, guard, reports);
 
     // 13. Items. An item without an id ends the open once the items before it are walked.
     const std::vector<BundleItem> &items = *manifest.items;
