@@ -136,4 +136,12 @@ void PlayerControlsModel::exit()
     perform(PlayerAction::exit);
 }
 
+void PlayerControlsModel::setStripRect(const QRectF &strip)
+{
+    if (strip == m_strip)
+        return;
+    m_strip = strip;
+    Q_EMIT stripRectChanged();
+}
+
 } // namespace sorvane

@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QRectF>
 #include <QString>
 #include <QVariantList>
 
@@ -32,6 +33,8 @@ class PlayerControlsModel : public QObject, public PlayerActionHandlers {
     // "previous", "togglePause", "next", "chooseStyle" or "exit") and style (the raw
     // style for chooseStyle, empty otherwise).
     Q_PROPERTY(QVariantList buttons READ buttonList NOTIFY buttonsChanged)
+    // The panel's area in global coordinates while the pointer rests on it, else empty.
+    Q_PROPERTY(QRectF stripRect READ stripRect WRITE setStripRect NOTIFY stripRectChanged)
 
 public:
     explicit PlayerControlsModel(QObject *parent = nullptr);
@@ -51,6 +54,9 @@ public:
     bool isVisible() const { return m_visible; }
     void setVisible(bool visible);
 
+    QRectF stripRect() const { return m_strip; }
+    void setStripRect(const QRectF &strip);
+
     // The panel's buttons in display order.
     const QList<ControlButton> &buttons() const { return m_buttons; }
     QVariantList buttonList() const;
@@ -68,6 +74,7 @@ Q_SIGNALS:
     void hasShowChanged();
     void visibleChanged();
     void buttonsChanged();
+    void stripRectChanged();
 
 private:
     void rebuildButtons();
@@ -76,6 +83,7 @@ private:
     PlayerStyle m_style = PlayerStyle::photoWall;
     bool m_hasShow = false;
     bool m_visible = false;
+    QRectF m_strip;
     QList<ControlButton> m_buttons;
 };
 

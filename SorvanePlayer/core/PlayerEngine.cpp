@@ -77,7 +77,7 @@ void PlayerEngine::setPosition(qint64 position)
     Q_EMIT positionChanged();
 }
 
-void PlayerEngine::present(const BundleMediaItem &item, const BundleResolvedAsset &asset)
+PlayerShownAsset PlayerEngine::shownAsset(const BundleMediaItem &item, const BundleResolvedAsset &asset)
 {
     PlayerShownAsset shown;
     shown.itemId = item.id;
@@ -85,10 +85,29 @@ void PlayerEngine::present(const BundleMediaItem &item, const BundleResolvedAsse
     shown.url = asset.url();
     shown.isVideo = asset.key == BundleFormat::tierVideo;
     shown.isAnimated = asset.key == BundleFormat::tierAnimated;
-    m_shown = shown;
-    m_surface.show(shown);
+    return shown;
+}
+
+void PlayerEngine::present(const BundleMediaItem &item, const BundleResolvedAsset &asset)
+{
+    m_shown = shownAsset(item, asset);
+    m_surface.show(*m_shown);
     schedule(holdSeconds(m_bundle->playback, &asset));
     saveResume();
+    if (auto next = upcoming())
+        m_surface.preload(*next);
+}
+
+std::optional<PlayerShownAsset> PlayerEngine::upcoming() const
+{
+    if (m_playOrder.size() < 2)
+        return std::nullopt;
+    const qint64 at = m_position < qint64(m_playOrder.size()) ? m_position : 0;
+    const BundleMediaItem &item = *m_bundle->items[size_t(m_playOrder[size_t((at + 1) % qint64(m_playOrder.size()))])];
+    const BundleResolvedAsset *asset = item.resolvedAsset(item.displayTier());
+    if (!asset)
+        return std::nullopt;
+    return shownAsset(item, *asset);
 }
 
 void PlayerEngine::showCurrent()

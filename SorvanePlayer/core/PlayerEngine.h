@@ -48,6 +48,8 @@ public:
     void previous() { step(-1); }
     void chooseStyle(PlayerStyle style);
     void videoEnded();
+    // The file on screen could not be played or decoded (a video, or a still that
+    // passed the open's size checks but not the decoder): down the ladder it goes.
     void videoFailed();
     // The screens changed: the windows are rebuilt and the current item shown again.
     void screensChanged();
@@ -66,6 +68,8 @@ public:
     const std::vector<qsizetype> &playOrder() const { return m_playOrder; }
     double lastScheduledHold() const { return m_lastScheduledHold; }
     const std::optional<PlayerShownAsset> &shown() const { return m_shown; }
+    // What the next advance will show, when it differs from the item on screen.
+    std::optional<PlayerShownAsset> upcoming() const;
     const OpenedBundle &bundle() const { return *m_bundle; }
 
 Q_SIGNALS:
@@ -83,7 +87,8 @@ private:
     void advance();
     void saveResume();
     void setPosition(qint64 position);
-    bool isWallStyle() const { return m_style != PlayerStyle::classic; }
+    bool isWallStyle() const { return m_style != PlayerStyle::classic && m_surface.drawsWallStyles(); }
+    static PlayerShownAsset shownAsset(const BundleMediaItem &item, const BundleResolvedAsset &asset);
 
     std::shared_ptr<OpenedBundle> m_bundle;
     PlayerSurface &m_surface;

@@ -30,6 +30,11 @@ public:
     virtual void presentStyle(PlayerStyle style) = 0;
     // A step taken while a wall style is on screen goes to the wall.
     virtual void stepWall(int step) = 0;
+    // The file that follows the one on screen, so that it can be decoded ahead.
+    virtual void preload(const PlayerShownAsset &asset) { }
+    // False while the wall styles are drawn by the classic view: the engine then
+    // steps and holds items for them as it does for the classic style.
+    virtual bool drawsWallStyles() const { return true; }
 };
 
 } // namespace sorvane

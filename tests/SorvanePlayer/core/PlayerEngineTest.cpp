@@ -20,6 +20,8 @@ public:
     void resumeVideo() override { ++videoResumes; }
     void presentStyle(PlayerStyle style) override { styles.push_back(style); }
     void stepWall(int step) override { wallSteps.push_back(step); }
+    void preload(const PlayerShownAsset &asset) override { preloads.push_back(asset.itemId); }
+    bool drawsWallStyles() const override { return wallsDrawn; }
 
     QStringList shownIds() const
     {
@@ -32,6 +34,8 @@ public:
     std::vector<PlayerShownAsset> shown;
     std::vector<PlayerStyle> styles;
     std::vector<int> wallSteps;
+    QStringList preloads;
+    bool wallsDrawn = true;
     int videoPauses = 0;
     int videoResumes = 0;
 };
@@ -240,6 +244,31 @@ TEST_F(PlayerEngineTest, StylesAreSavedRestoredAndStepTheWall)
     EXPECT_EQ(engine->style(), PlayerStyle::memoryTable);
     EXPECT_EQ(surface.styles, std::vector<PlayerStyle> {PlayerStyle::memoryTable});
     EXPECT_EQ(saves.back().second, PlayerStyle::memoryTable);
+}
+
+TEST_F(PlayerEngineTest, WallStylesDrawnAsClassicStillStepAndHoldItems)
+{
+    surface.wallsDrawn = false;
+    open({std::nullopt, PlayerStyle::photoWall});
+    engine->next();
+    EXPECT_TRUE(surface.wallSteps.empty());
+    EXPECT_EQ(surface.shownIds(), (QStringList {"a", "b"}));
+    time.advance(4.0);
+    EXPECT_EQ(surface.shownIds().last(), "c");
+    // The style is still the viewer's pick, saved with every show.
+    EXPECT_EQ(saves.back(), (std::pair<qint64, std::optional<PlayerStyle>> {2, PlayerStyle::photoWall}));
+}
+
+TEST_F(PlayerEngineTest, TheFollowingItemIsDecodedAheadOfEveryShow)
+{
+    open();
+    engine->next();
+    engine->previous();
+    time.advance(4.0);
+    // Shows a, b, a, b: each followed by the item after it, wrapping at the end.
+    EXPECT_EQ(surface.preloads, (QStringList {"b", "c", "b", "c"}));
+    engine->next();
+    EXPECT_EQ(surface.preloads.last(), "a");
 }
 
 } // namespace

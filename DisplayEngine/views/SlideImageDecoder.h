@@ -1,0 +1,27 @@
+#pragma once
+
+#include "views/SlideDecodeRequest.h"
+#include "views/SlideDecodeResult.h"
+
+#include <QSize>
+
+namespace sorvane {
+
+// Decodes one slide for display: upright (EXIF orientation), no larger than its scaling mode
+// needs, colour filter applied. Files come from strangers' storage, so sizes are checked before
+// anything is allocated. Stateless: safe to call from any number of threads at once.
+class SlideImageDecoder {
+public:
+    // Most memory one decoded image may take.
+    static constexpr int kAllocationLimitMiB = 256;
+    // Largest picture accepted, in pixels, whatever size it is decoded at.
+    static constexpr qint64 kMaxSourcePixels = qint64(1) << 28;
+
+    static SlideDecodeResult decode(const SlideDecodeRequest &request);
+
+    // The size an upright picture of `source` pixels is decoded at for `target` (sides <= 0 are
+    // unconstrained): fit inside or cover the target, never enlarged; actualSize keeps `source`.
+    static QSize decodedSize(QSize source, QSize target, ImageScalingMode scaling);
+};
+
+} // namespace sorvane

@@ -1,0 +1,23 @@
+#include "views/SlideSource.h"
+
+#include "bundle/BundleWireValues.h"
+#include "views/SlideImageProvider.h"
+#include "views/ViewsLog.h"
+
+namespace sorvane {
+
+SlideSource::SlideSource(QObject *parent) : QObject(parent) { }
+
+QString SlideSource::imageUrl(const QUrl &fileUrl, const QString &scalingRaw, const QString &filterRaw) const
+{
+    const std::optional<ImageScalingMode> scaling = fromWire<ImageScalingMode>(scalingRaw);
+    const std::optional<ImageFilter> filter = fromWire<ImageFilter>(filterRaw);
+    if (!fileUrl.isLocalFile() || !scaling || !filter) {
+        qCWarning(lcViews) << "no slide image for" << fileUrl << scalingRaw << filterRaw;
+        return {};
+    }
+    return QStringLiteral("image://") + SlideImageProvider::kProviderName + u'/'
+        + SlideImageProvider::imageId(fileUrl.toLocalFile(), *scaling, *filter);
+}
+
+} // namespace sorvane

@@ -1,0 +1,3 @@
+#include "views/ViewsLog.h"
+
+Q_LOGGING_CATEGORY(lcViews, "sorvane.views")

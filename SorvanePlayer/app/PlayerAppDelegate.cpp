@@ -1,0 +1,352 @@
+#include "app/PlayerAppDelegate.h"
+
+#include "EngineLog.h"
+#include "app/BrandLogoCache.h"
+#include "app/LaunchClock.h"
+#include "app/PlayerSlideModel.h"
+#include "app/PlayerWindowFactory.h"
+#include "app/PlayerWindows.h"
+#include "bundle/BundleReader.h"
+#include "bundle/BundleWireValues.h"
+#include "core/PlayerControlsController.h"
+#include "core/PlayerEngine.h"
+#include "core/PlayerLocation.h"
+#include "media/BrandOverlay.h"
+#include "platform/DisplaySleepInhibitor.h"
+#include "views/SlideImageProvider.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+
+namespace sorvane {
+
+namespace {
+const QUrl holdingComponent(QStringLiteral("qrc:/qt/qml/Sorvane/Player/qml/HoldingWindow.qml"));
+
+// Slides and logos are decoded by our own providers, with our limits.
+void addImageProviders(QQmlEngine &qml, BrandLogoCache *logos)
+{
+    qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    qml.addImageProvider(QStringLiteral("slide"), new SlideImageProvider);
+    qml.addImageProvider(QStringLiteral("brand"), logos);
+}
+} // namespace
+
+PlayerAppDelegate::PlayerAppDelegate(Options options, QObject *parent)
+    : QObject(parent), m_options(std::move(options)), m_resume(ResumeStore::forCurrentUser()),
+      m_logos(new BrandLogoCache)
+{
+    addImageProviders(m_qml, m_logos);
+    connectHandlers();
+    m_controls = std::make_unique<PlayerControlsController>(
+        m_clock, m_timers, [] { return QPointF(QCursor::pos()); }, m_controlsModel);
+    connect(&m_controlsModel, &PlayerControlsModel::visibleChanged, this, [this] {
+        qCInfo(lcPlayer, m_controlsModel.isVisible() ? "Controls shown" : "Controls hidden");
+        // The pointer rests hidden with the panel and comes back with it.
+        if (!m_holding)
+            setPointerHidden(!m_controlsModel.isVisible());
+    });
+    connect(&m_controlsModel, &PlayerControlsModel::stripRectChanged, this,
+        [this] { m_controls->setStripRect(m_controlsModel.stripRect()); });
+    m_screenSettle.setSingleShot(true);
+    m_screenSettle.setInterval(200);
+    connect(&m_screenSettle, &QTimer::timeout, this, &PlayerAppDelegate::screensChanged);
+    qApp->installEventFilter(this);
+}
+
+PlayerAppDelegate::~PlayerAppDelegate()
+{
+    qApp->removeEventFilter(this);
+    setPointerHidden(false);
+    if (m_engine)
+        m_engine->stop();
+    m_engine.reset();
+    m_windows.reset();
+    closeHoldingWindows();
+    if (m_options.inhibitor)
+        m_options.inhibitor->release();
+}
+
+void PlayerAppDelegate::connectHandlers()
+{
+    // Keys and panel buttons lead to the same places; both hold the delegate weakly.
+    QPointer<PlayerAppDelegate> self(this);
+    PlayerActionHandlers handlers;
+    handlers.onExit = [self] {
+        if (self)
+            self->quit();
+    };
+    handlers.onTogglePause = [self] {
+        if (self && self->m_engine)
+            self->m_engine->togglePause();
+    };
+    handlers.onNext = [self] {
+        if (self && self->m_engine)
+            self->m_engine->next();
+    };
+    handlers.onPrevious = [self] {
+        if (self && self->m_engine)
+            self->m_engine->previous();
+    };
+    handlers.onStyle = [self](PlayerStyle style) {
+        if (self && self->m_engine)
+            self->m_engine->chooseStyle(style);
+    };
+    static_cast<PlayerActionHandlers &>(m_keys) = handlers;
+    static_cast<PlayerActionHandlers &>(m_controlsModel) = handlers;
+}
+
+void PlayerAppDelegate::start()
+{
+    watchScreens();
+    const PlayerBundleChoice choice
+        = PlayerLocation::chooseBundle(m_options.applicationFolder, m_options.bundleArguments);
+    qCInfo(lcPlayer, "%s", qUtf8Printable(choice.logLine));
+    if (choice.hold) {
+        showHolding(nullptr);
+        return;
+    }
+    BundleOpenOptions options;
+    // Size checks only: deeper checks read every byte, which takes minutes on a slow stick.
+    options.verification = BundleVerification::sizeAndCount;
+    BundleOpenResult opened = BundleReader::open(choice.bundleRoot, options);
+    if (opened.error || !opened.bundle) {
+        qCInfo(lcPlayer, "Bundle could not be opened (%s); holding",
+            opened.error ? qUtf8Printable(opened.error->message) : "no bundle");
+        showHolding(nullptr);
+        return;
+    }
+    startPlayback(std::move(opened.bundle));
+}
+
+void PlayerAppDelegate::quit()
+{
+    if (m_quitting)
+        return;
+    m_quitting = true;
+    qCInfo(lcPlayer, "Quitting");
+    if (m_engine)
+        m_engine->stop();
+    if (m_windows)
+        m_windows->close();
+    closeHoldingWindows();
+    if (m_options.inhibitor)
+        m_options.inhibitor->release();
+    QGuiApplication::quit();
+}
+
+void PlayerAppDelegate::showHolding(const OpenedBundleBranding *branding)
+{
+    m_holding = true;
+    m_holdingName = branding && branding->displayName ? *branding->displayName : QString();
+    m_holdingLogo = QUrl();
+    if (branding && branding->logoURL)
+        m_holdingLogo = QUrl(QStringLiteral("image://slide/")
+            + SlideImageProvider::imageId(
+                branding->logoURL->toLocalFile(), ImageScalingMode::fitToScreen, ImageFilter::none));
+    m_controlsModel.setHasShow(false);
+    buildHoldingWindows();
+    setPointerHidden(true);
+}
+
+void PlayerAppDelegate::buildHoldingWindows()
+{
+    closeHoldingWindows();
+    for (QScreen *screen : QGuiApplication::screens()) {
+        QQuickWindow *window = PlayerWindowFactory::create(m_qml, holdingComponent, screen,
+            {{QStringLiteral("displayName"), m_holdingName}, {QStringLiteral("logoSource"), m_holdingLogo}});
+        if (window)
+            m_holdingWindows << window;
+    }
+    if (!m_holdingWindows.isEmpty() && m_holdingWindows.first())
+        m_holdingWindows.first()->requestActivate();
+    qCInfo(lcPlayer, "Holding on %d screen(s)", int(m_holdingWindows.size()));
+}
+
+void PlayerAppDelegate::closeHoldingWindows()
+{
+    for (const auto &window : std::as_const(m_holdingWindows)) {
+        if (window) {
+            window->hide();
+            window->deleteLater();
+        }
+    }
+    m_holdingWindows.clear();
+}
+
+void PlayerAppDelegate::setUpSlides(const OpenedBundle &bundle)
+{
+    m_slides = std::make_unique<PlayerSlideModel>();
+    const BundlePlaybackPreferences &playback = bundle.playback;
+    SlideAppearance appearance;
+    appearance.scaling = toWire(playback.imageScaling);
+    // Filters already applied by the writer must not be applied twice.
+    const bool baked = bundle.manifest.derivatives && bundle.manifest.derivatives->filtersBakedIn.value_or(false);
+    appearance.filter = toWire(baked ? ImageFilter::none : playback.imageFilter);
+    appearance.background
+        = playback.background == BundleBackground::darkGray ? QColor(0x1c, 0x1c, 0x1e) : QColor(Qt::black);
+    appearance.crossfade = playback.crossfadeOrDefault();
+    appearance.transitionSeconds = std::clamp(playback.transitionSecondsOrDefault(), 0.0, 10.0);
+    appearance.showCaption = playback.showImageInfoOrDefault();
+    appearance.showProgress = playback.showProgressOrDefault();
+    m_slides->setAppearance(appearance);
+
+    const BrandOverlaySettings overlay = bundle.branding ? bundle.branding->overlay : BrandOverlaySettings();
+    if (const auto logo = BrandOverlay::logoImage(overlay, *m_logos)) {
+        BrandOverlayView view;
+        view.visible = true;
+        view.source = BrandLogoCache::urlFor(logo->path);
+        view.opacity = overlay.opacity;
+        m_slides->setOverlay(view, overlay, logo->size);
+    }
+
+    connect(m_slides.get(), &PlayerSlideModel::ended, this, [this] {
+        if (m_engine)
+            m_engine->videoEnded();
+    });
+    connect(m_slides.get(), &PlayerSlideModel::failed, this, [this] {
+        if (m_engine)
+            m_engine->videoFailed();
+    });
+    connect(m_slides.get(), &PlayerSlideModel::presented, this, [this] {
+        if (!m_anyPresented) {
+            m_anyPresented = true;
+            firstPhotoPresented();
+        }
+    });
+}
+
+void PlayerAppDelegate::startPlayback(std::shared_ptr<OpenedBundle> bundle)
+{
+    m_holding = false;
+    m_bundle = bundle;
+    setPointerHidden(true);
+    setUpSlides(*bundle);
+    m_windows = std::make_unique<PlayerWindows>(m_qml, bundle, *m_slides, m_controlsModel, [this] {
+        if (!m_engine || m_engine->itemCount() == 0)
+            return QString();
+        return QStringLiteral("%1 of %2").arg(m_engine->position() + 1).arg(m_engine->itemCount());
+    });
+    const std::optional<QString> bundleId = bundle->manifest.bundleId;
+    PlayerEngine::SaveResume save = [this, bundleId](qint64 position, std::optional<PlayerStyle> chosen) {
+        ResumeRecord record;
+        record.bundleId = bundleId;
+        record.itemIndex = position;
+        record.savedUtc = QDateTime::currentDateTimeUtc();
+        if (chosen)
+            record.style = toRaw(*chosen);
+        m_resume.save(record);
+    };
+    m_engine = std::make_unique<PlayerEngine>(bundle, *m_windows, m_timers, std::move(save));
+
+    connect(m_engine.get(), &PlayerEngine::pausedChanged, this, [this] {
+        m_controlsModel.setPaused(m_engine->paused());
+        qCInfo(lcPlayer, m_engine->paused() ? "Paused" : "Playing");
+    });
+    connect(m_engine.get(), &PlayerEngine::styleChanged, this, [this] {
+        m_controlsModel.setStyle(m_engine->style());
+        qCInfo(lcPlayer, "Style %s", qUtf8Printable(m_engine->styleRaw()));
+    });
+    connect(m_engine.get(), &PlayerEngine::itemCountChanged, this, [this] {
+        // Every file failed before one was ever seen: nothing to show but the holding screen.
+        if (m_engine->itemCount() == 0 && !m_anyPresented && !m_holding) {
+            qCInfo(lcPlayer, "Nothing in the bundle could be shown; holding");
+            m_engine->stop();
+            m_windows->close();
+            if (m_options.inhibitor)
+                m_options.inhibitor->release();
+            showHolding(m_bundle->branding ? &*m_bundle->branding : nullptr);
+        }
+    });
+
+    PlayerEngine::Start resume;
+    if (const auto record = m_resume.load(bundleId)) {
+        resume.resumePosition = record->itemIndex;
+        if (record->style)
+            resume.resumeStyle = playerStyleFromRaw(*record->style);
+    }
+    m_controlsModel.setHasShow(true);
+    m_controlsModel.setStyle(resume.resumeStyle.value_or(PlayerStyle::classic));
+    if (m_options.inhibitor)
+        m_options.inhibitor->inhibit();
+    m_engine->start(resume);
+}
+
+void PlayerAppDelegate::firstPhotoPresented()
+{
+    const QList<QQuickWindow *> windows = m_windows ? m_windows->windows() : QList<QQuickWindow *>();
+    if (windows.isEmpty())
+        return;
+    // The photo is on screen once the frame holding it has been swapped in.
+    auto *connection = new QMetaObject::Connection;
+    *connection = connect(windows.first(), &QQuickWindow::frameSwapped, this, [connection] {
+        qCInfo(lcPlayer, "First photo on screen after %lld ms", LaunchClock::millisecondsSinceProcessStart());
+        disconnect(*connection);
+        delete connection;
+    });
+    windows.first()->update();
+}
+
+void PlayerAppDelegate::watchScreens()
+{
+    auto follow = [this](QScreen *screen) {
+        connect(screen, &QScreen::geometryChanged, &m_screenSettle, qOverload<>(&QTimer::start));
+    };
+    for (QScreen *screen : QGuiApplication::screens())
+        follow(screen);
+    connect(qApp, &QGuiApplication::screenAdded, this, [this, follow](QScreen *screen) {
+        follow(screen);
+        m_screenSettle.start();
+    });
+    connect(qApp, &QGuiApplication::screenRemoved, this, [this] { m_screenSettle.start(); });
+}
+
+void PlayerAppDelegate::screensChanged()
+{
+    if (m_quitting)
+        return;
+    qCInfo(lcPlayer, "Screens changed: %d screen(s)", int(QGuiApplication::screens().size()));
+    if (m_holding) {
+        buildHoldingWindows();
+    } else if (m_engine && m_windows) {
+        m_windows->screensChanged();
+        m_engine->screensChanged();
+    }
+}
+
+void PlayerAppDelegate::setPointerHidden(bool hidden)
+{
+    if (hidden == m_pointerHidden)
+        return;
+    m_pointerHidden = hidden;
+    if (hidden)
+        QGuiApplication::setOverrideCursor(QCursor(Qt::BlankCursor));
+    else
+        QGuiApplication::restoreOverrideCursor();
+}
+
+bool PlayerAppDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress: {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        // Windows and their items all see the key; act on it once, at the window.
+        if (qobject_cast<QWindow *>(watched) && m_keys.handleKey(key->key(), key->modifiers()))
+            return true;
+        break;
+    }
+    case QEvent::MouseMove:
+        if (m_holding && qobject_cast<QWindow *>(watched))
+            setPointerHidden(false);
+        else if (qobject_cast<QWindow *>(watched))
+            m_controls->pointerMoved(static_cast<QMouseEvent *>(event)->globalPosition());
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace sorvane

@@ -1,0 +1,280 @@
+#include "views/SlideImageDecoder.h"
+
+#include "support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QDir>
+#include <QImage>
+#include <QImageWriter>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+namespace sorvane {
+namespace {
+
+// A picture whose left half is red and right half blue, so a turn shows in where red ends up.
+QImage halves(QSize size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    for (int y = 0; y < size.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        std::fill(line, line + size.width() / 2, qRgb(255, 0, 0));
+    }
+    return image;
+}
+
+// The image in `format`; "progressive" is a progressive JPEG.
+QByteArray encoded(const QImage &image, const char *format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    const bool progressive = qstrcmp(format, "progressive") == 0;
+    QImageWriter writer(&buffer, progressive ? "jpeg" : format);
+    writer.setQuality(95);
+    writer.setProgressiveScanWrite(progressive);
+    EXPECT_TRUE(writer.write(image)) << format << ": " << writer.errorString().toStdString();
+    return bytes;
+}
+
+// The JPEG with its frame header claiming `size`: a few hundred bytes for any size.
+QByteArray claimingJpegSize(QByteArray jpeg, QSize size)
+{
+    for (qsizetype i = 2; i + 9 < jpeg.size(); ++i) {
+        const uchar marker = uchar(jpeg[i + 1]);
+        if (uchar(jpeg[i]) == 0xFF && (marker == 0xC0 || marker == 0xC2)) {
+            qToBigEndian<quint16>(quint16(size.height()), jpeg.data() + i + 5);
+            qToBigEndian<quint16>(quint16(size.width()), jpeg.data() + i + 7);
+            return jpeg;
+        }
+    }
+    ADD_FAILURE() << "no frame header";
+    return jpeg;
+}
+
+// The JPEG with an EXIF APP1 segment holding only the orientation tag, right after SOI.
+QByteArray withExifOrientation(const QByteArray &jpeg, quint16 orientation)
+{
+    QByteArray tiff("MM\0\x2A\0\0\0\x08", 8); // big-endian header, first IFD at offset 8
+    tiff += QByteArray("\0\x01", 2); // one entry
+    QByteArray entry(12, '\0');
+    qToBigEndian<quint16>(0x0112, entry.data()); // Orientation
+    qToBigEndian<quint16>(3, entry.data() + 2); // SHORT
+    qToBigEndian<quint32>(1, entry.data() + 4); // one value
+    qToBigEndian<quint16>(orientation, entry.data() + 8);
+    tiff += entry + QByteArray(4, '\0'); // no next IFD
+    const QByteArray payload = QByteArray("Exif\0\0", 6) + tiff;
+    QByteArray segment("\xFF\xE1", 2);
+    segment += QByteArray(2, '\0');
+    qToBigEndian<quint16>(quint16(payload.size() + 2), segment.data() + 2);
+    segment += payload;
+    return jpeg.left(2) + segment + jpeg.mid(2);
+}
+
+// Deterministic noise, for files that are no picture at all.
+QByteArray noise(int size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    quint32 state = 12345;
+    for (char &byte : bytes) {
+        state = state * 1664525u + 1013904223u;
+        byte = char(state >> 24);
+    }
+    return bytes;
+}
+
+class SlideImageDecoderTest : public ::testing::Test {
+protected:
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = dir.filePath(name);
+        EXPECT_TRUE(test::writeAll(path, bytes)) << path.toStdString();
+        return path;
+    }
+
+    QTemporaryDir dir;
+};
+
+struct ScalingCase {
+    const char *name;
+    const char *format;
+    QSize source;
+    ImageScalingMode scaling;
+    QSize target;
+    QSize expected;
+};
+
+TEST_F(SlideImageDecoderTest, DecodesAtTheSizeTheScalingModeNeeds)
+{
+    using enum ImageScalingMode;
+    const ScalingCase cases[] = {
+        {"landscape fit", "png", {800, 600}, fitToScreen, {400, 400}, {400, 300}},
+        {"landscape fill", "png", {800, 600}, fillScreen, {400, 400}, {533, 400}},
+        {"portrait fit", "png", {600, 800}, fitToScreen, {400, 400}, {300, 400}},
+        {"portrait fill", "png", {600, 800}, fillScreen, {400, 400}, {400, 533}},
+        {"fit into a wide screen", "png", {800, 600}, fitToScreen, {1000, 500}, {667, 500}},
+        {"fill never enlarges either side", "png", {800, 600}, fillScreen, {1000, 500}, {800, 600}},
+        {"small picture fit", "png", {100, 50}, fitToScreen, {1920, 1080}, {100, 50}},
+        {"small picture fill", "png", {100, 50}, fillScreen, {1920, 1080}, {100, 50}},
+        {"actual size ignores the target", "png", {800, 600}, actualSize, {400, 400}, {800, 600}},
+        {"no target", "png", {800, 600}, fitToScreen, {}, {800, 600}},
+        {"width only", "png", {800, 600}, fitToScreen, {200, 0}, {200, 150}},
+        {"height only", "png", {800, 600}, fillScreen, {-1, 300}, {400, 300}},
+        {"thin strip keeps a pixel", "png", {4000, 2}, fitToScreen, {100, 100}, {100, 1}},
+        {"jpeg fit", "jpg", {1600, 1200}, fitToScreen, {400, 400}, {400, 300}},
+        {"jpeg fill", "jpg", {1200, 1600}, fillScreen, {640, 360}, {640, 853}},
+        {"jpeg actual", "jpg", {640, 480}, actualSize, {100, 100}, {640, 480}},
+        {"progressive jpeg fit", "progressive", {1600, 1200}, fitToScreen, {400, 400}, {400, 300}},
+        {"webp fit", "webp", {800, 600}, fitToScreen, {200, 200}, {200, 150}},
+    };
+    for (const ScalingCase &c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString path = write(QStringLiteral("picture"), encoded(halves(c.source), c.format));
+        const SlideDecodeResult result = SlideImageDecoder::decode({path, c.target, c.scaling, ImageFilter::none});
+        ASSERT_TRUE(result.ok()) << result.error.toStdString();
+        EXPECT_EQ(result.image.size(), c.expected);
+        EXPECT_EQ(result.sourceSize, c.source);
+    }
+}
+
+TEST_F(SlideImageDecoderTest, TrustsTheContentOverTheFileName)
+{
+    const QString path = write(QStringLiteral("really-a-png.jpg"), encoded(halves({300, 200}), "png"));
+    const SlideDecodeResult result = SlideImageDecoder::decode({path, {150, 150}, ImageScalingMode::fitToScreen});
+    ASSERT_TRUE(result.ok()) << result.error.toStdString();
+    EXPECT_EQ(result.image.size(), QSize(150, 100));
+}
+
+struct OrientationCase {
+    quint16 orientation;
+    ImageScalingMode scaling;
+    QSize target;
+    QSize expected;
+    // Where the stored picture's red left half ends up.
+    QPoint red;
+    QPoint blue;
+};
+
+TEST_F(SlideImageDecoderTest, TurnsPicturesUprightBeforeScalingThem)
+{
+    using enum ImageScalingMode;
+    const QByteArray landscape = encoded(halves({400, 200}), "jpg");
+    const OrientationCase cases[] = {
+        {1, actualSize, {}, {400, 200}, {10, 100}, {390, 100}},
+        {3, actualSize, {}, {400, 200}, {390, 100}, {10, 100}},
+        {6, actualSize, {}, {200, 400}, {100, 10}, {100, 390}},
+        {8, actualSize, {}, {200, 400}, {100, 390}, {100, 10}},
+        {6, fitToScreen, {200, 100}, {50, 100}, {25, 5}, {25, 95}},
+        {6, fillScreen, {100, 300}, {150, 300}, {75, 10}, {75, 290}},
+        {8, fitToScreen, {400, 100}, {50, 100}, {25, 95}, {25, 5}},
+    };
+    for (const OrientationCase &c : cases) {
+        SCOPED_TRACE(::testing::Message()
+            << "orientation " << c.orientation << " target " << c.target.width() << "x" << c.target.height());
+        const QString path = write(QStringLiteral("turned.jpg"), withExifOrientation(landscape, c.orientation));
+        const SlideDecodeResult result = SlideImageDecoder::decode({path, c.target, c.scaling});
+        ASSERT_TRUE(result.ok()) << result.error.toStdString();
+        EXPECT_EQ(result.image.size(), c.expected);
+        EXPECT_EQ(result.sourceSize, c.orientation >= 5 ? QSize(200, 400) : QSize(400, 200));
+        const QRgb red = result.image.pixel(c.red);
+        const QRgb blue = result.image.pixel(c.blue);
+        EXPECT_GT(qRed(red), 200);
+        EXPECT_LT(qBlue(red), 60);
+        EXPECT_GT(qBlue(blue), 200);
+        EXPECT_LT(qRed(blue), 60);
+    }
+}
+
+TEST_F(SlideImageDecoderTest, AppliesTheFilter)
+{
+    const QString path = write(QStringLiteral("colour.png"), encoded(halves({64, 32}), "png"));
+    const SlideDecodeResult result
+        = SlideImageDecoder::decode({path, {32, 32}, ImageScalingMode::fitToScreen, ImageFilter::blackAndWhite});
+    ASSERT_TRUE(result.ok()) << result.error.toStdString();
+    for (const QPoint p : {QPoint(2, 8), QPoint(29, 8)}) {
+        const QRgb pixel = result.image.pixel(p);
+        EXPECT_EQ(qRed(pixel), qGreen(pixel));
+        EXPECT_EQ(qGreen(pixel), qBlue(pixel));
+    }
+    EXPECT_NE(result.image.pixel(2, 8), result.image.pixel(29, 8));
+}
+
+struct BrokenCase {
+    const char *name;
+    const char *fileName;
+    bool exists;
+    QByteArray bytes;
+    ImageScalingMode scaling;
+    // The exact error, when it is this program's own; else any error will do.
+    const char *error;
+};
+
+TEST_F(SlideImageDecoderTest, RefusesWhatCannotOrMustNotBeShown)
+{
+    using enum ImageScalingMode;
+    const QByteArray png = encoded(halves({64, 64}), "png");
+    const QByteArray jpeg = encoded(halves({64, 64}), "jpg");
+    const QByteArray progressive = encoded(halves({64, 64}), "progressive");
+    const BrokenCase cases[] = {
+        {"missing file", "missing.jpg", false, {}, fitToScreen, nullptr},
+        {"empty file", "empty.png", true, {}, fitToScreen, nullptr},
+        {"text", "notes.jpg", true, "just some notes, not a picture\n", fitToScreen, nullptr},
+        {"noise", "noise.jpg", true, noise(4096), fitToScreen, nullptr},
+        {"png cut inside its header", "cut.png", true, png.left(20), fitToScreen, nullptr},
+        {"png signature then noise", "junk.png", true, png.left(8) + noise(2048), actualSize, nullptr},
+        {"jpeg markers then noise", "junk.jpg", true, jpeg.left(2) + noise(2048), actualSize, nullptr},
+        {"50000 x 50000 png", "huge.png", true, test::pngClaiming(50000, 50000), fitToScreen,
+            "image is too large to show"},
+        {"20000 x 20000 png at actual size", "big.png", true, test::pngClaiming(20000, 20000), actualSize,
+            "image is too large to show"},
+        {"within the pixel count, over the memory limit", "wide.png", true, test::pngClaiming(16384, 16384), actualSize,
+            nullptr},
+        // Progressive JPEGs need memory for every coefficient of the picture, whatever size they decode at.
+        {"16384 x 16384 progressive jpeg", "huge.jpg", true, claimingJpegSize(progressive, {16384, 16384}), fitToScreen,
+            "image is too large to show"},
+        {"12000 x 9000 progressive jpeg", "wide.jpg", true, claimingJpegSize(progressive, {12000, 9000}), fitToScreen,
+            "image is too large to show"},
+        // Decoders for formats slides never come in stay out of reach, whatever the file is called.
+        {"xpm", "icon.jpg", true, "/* XPM */\nstatic const char *x[] = {\"2 1 1 1\", \"a c #FF0000\", \"aa\"};\n",
+            fitToScreen, nullptr},
+        {"ppm", "frame.png", true, QByteArray("P6\n2 1\n255\n\xFF\0\0\xFF\0\0", 17), fitToScreen, nullptr},
+    };
+    for (const BrokenCase &c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString fileName = QString::fromLatin1(c.fileName);
+        const QString path = c.exists ? write(fileName, c.bytes) : dir.filePath(fileName);
+        const SlideDecodeResult result = SlideImageDecoder::decode({path, {1920, 1080}, c.scaling});
+        EXPECT_FALSE(result.ok());
+        EXPECT_TRUE(result.image.isNull());
+        EXPECT_FALSE(result.error.isEmpty());
+        if (c.error)
+            EXPECT_EQ(result.error.toStdString(), c.error);
+        else
+            EXPECT_NE(result.error.toStdString(), "image is too large to show");
+    }
+}
+
+TEST_F(SlideImageDecoderTest, LargeSequentialJpegsStreamAtTheirDecodedSize)
+{
+    // Unlike progressive ones, these only ever hold a strip of the picture; the short file
+    // decodes as grey.
+    const QString path
+        = write(QStringLiteral("panorama.jpg"), claimingJpegSize(encoded(halves({64, 64}), "jpg"), {12000, 9000}));
+    const SlideDecodeResult result = SlideImageDecoder::decode({path, {400, 400}, ImageScalingMode::fitToScreen});
+    ASSERT_TRUE(result.ok()) << result.error.toStdString();
+    EXPECT_EQ(result.image.size(), QSize(400, 300));
+    EXPECT_EQ(result.sourceSize, QSize(12000, 9000));
+}
+
+TEST_F(SlideImageDecoderTest, ADirectoryIsNoPicture)
+{
+    const SlideDecodeResult result = SlideImageDecoder::decode({dir.path(), {100, 100}});
+    EXPECT_FALSE(result.ok());
+    EXPECT_FALSE(result.error.isEmpty());
+}
+
+} // namespace
+} // namespace sorvane

@@ -1,0 +1,207 @@
+#include "core/SingleInstanceLock.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace sorvane;
+using Outcome = SingleInstanceLock::Outcome;
+
+namespace {
+
+// Another process that takes the lock with QLockFile, as a second player would, then either
+// keeps running until told to stop or ends at once without unlocking, as a crash would.
+class OtherProcess {
+public:
+    enum class Then { keepRunning, die };
+
+    OtherProcess(const QString &lockPath, Then then)
+    {
+        int ready[2];
+        int stop[2];
+        if (::pipe(ready) != 0 || ::pipe(stop) != 0)
+            return;
+        m_pid = ::fork();
+        if (m_pid == 0) {
+            ::close(ready[0]);
+            ::close(stop[1]);
+            QLockFile lock(lockPath);
+            lock.setStaleLockTime(0);
+            const char locked = lock.tryLock(0) ? 'y' : 'n';
+            (void)!::write(ready[1], &locked, 1);
+            char ignored;
+            if (then == Then::keepRunning)
+                (void)!::read(stop[0], &ignored, 1); // until the parent closes its end
+            ::_exit(0); // no destructors: the lock file stays behind
+        }
+        ::close(ready[1]);
+        ::close(stop[0]);
+        m_stop = stop[1];
+        char locked = 'n';
+        m_locked = ::read(ready[0], &locked, 1) == 1 && locked == 'y';
+        ::close(ready[0]);
+        if (then == Then::die)
+            finish();
+    }
+
+    ~OtherProcess() { finish(); }
+
+    bool locked() const { return m_locked; }
+
+    // Ends the process and reaps it, so its PID no longer names a running process.
+    void finish()
+    {
+        if (m_stop >= 0)
+            ::close(std::exchange(m_stop, -1));
+        if (m_pid > 0)
+            ::waitpid(std::exchange(m_pid, -1), nullptr, 0);
+    }
+
+private:
+    pid_t m_pid = -1;
+    int m_stop = -1;
+    bool m_locked = false;
+};
+
+bool setAge(const QString &path, qint64 seconds)
+{
+    QFile file(path);
+    const QDateTime when = QDateTime::currentDateTime().addSecs(-seconds);
+    return file.open(QIODevice::ReadWrite) && file.setFileTime(when, QFileDevice::FileModificationTime);
+}
+
+class SingleInstanceLockTest : public ::testing::Test {
+protected:
+    QTemporaryDir tmp;
+    // Not there yet: taking the lock creates it.
+    QString folder = tmp.path() + QStringLiteral("/run/user");
+
+    void SetUp() override { ASSERT_TRUE(tmp.isValid()); }
+
+    QString lockPath() const { return folder + QStringLiteral("/org.sorvane.SorvanePlayer.lock"); }
+};
+
+TEST_F(SingleInstanceLockTest, OnlyOneHolderUntilReleased)
+{
+    SingleInstanceLock first(folder);
+    SingleInstanceLock second(folder);
+
+    ASSERT_EQ(first.tryAcquire(), Outcome::acquired);
+    EXPECT_TRUE(first.isHeld());
+    EXPECT_EQ(first.filePath(), lockPath());
+    EXPECT_TRUE(QFileInfo(lockPath()).isFile());
+
+    EXPECT_EQ(second.tryAcquire(), Outcome::heldElsewhere);
+    EXPECT_FALSE(second.isHeld());
+    EXPECT_EQ(first.tryAcquire(), Outcome::acquired) << "asking again while holding";
+
+    first.release();
+    EXPECT_FALSE(first.isHeld());
+    EXPECT_FALSE(QFileInfo::exists(lockPath()));
+    EXPECT_EQ(second.tryAcquire(), Outcome::acquired);
+    EXPECT_EQ(first.tryAcquire(), Outcome::heldElsewhere);
+}
+
+TEST_F(SingleInstanceLockTest, DestroyingTheHolderFreesTheLock)
+{
+    {
+        SingleInstanceLock first(folder);
+        ASSERT_EQ(first.tryAcquire(), Outcome::acquired);
+    }
+    SingleInstanceLock second(folder);
+    EXPECT_EQ(second.tryAcquire(), Outcome::acquired);
+}
+
+TEST_F(SingleInstanceLockTest, LockOfAnotherProcessHoldsOnlyWhileItRuns)
+{
+    const struct {
+        const char *name;
+        OtherProcess::Then then;
+        qint64 ageSeconds;
+        Outcome expected;
+    } table[] = {
+        {"running, just taken", OtherProcess::Then::keepRunning, 0, Outcome::heldElsewhere},
+        // A player left on for days must not lose its lock to a second start.
+        {"running for days", OtherProcess::Then::keepRunning, 3 * 24 * 3600, Outcome::heldElsewhere},
+        {"crashed just now", OtherProcess::Then::die, 0, Outcome::acquired},
+        {"crashed days ago", OtherProcess::Then::die, 3 * 24 * 3600, Outcome::acquired},
+    };
+    for (const auto &row : table) {
+        ASSERT_TRUE(QDir().mkpath(folder));
+        QFile::remove(lockPath());
+        OtherProcess other(lockPath(), row.then);
+        ASSERT_TRUE(other.locked()) << row.name;
+        ASSERT_TRUE(setAge(lockPath(), row.ageSeconds)) << row.name;
+
+        SingleInstanceLock lock(folder);
+        EXPECT_EQ(lock.tryAcquire(), row.expected) << row.name;
+        EXPECT_EQ(lock.isHeld(), row.expected == Outcome::acquired) << row.name;
+
+        // Once the other process is gone, its lock is taken over.
+        other.finish();
+        EXPECT_EQ(lock.tryAcquire(), Outcome::acquired) << row.name;
+    }
+}
+
+TEST_F(SingleInstanceLockTest, UnreadableLockFileIsTakenOverOnlyOnceOld)
+{
+    const struct {
+        const char *name;
+        QByteArray contents;
+        qint64 ageSeconds;
+        Outcome expected;
+    } table[] = {
+        // The writer may be between creating the file and filling it in.
+        {"empty, new", QByteArray(), 0, Outcome::heldElsewhere},
+        {"empty, old", QByteArray(), 60, Outcome::acquired},
+        {"garbage, old", QByteArray("not a pid\n"), 3600, Outcome::acquired},
+    };
+    for (const auto &row : table) {
+        ASSERT_TRUE(QDir().mkpath(folder));
+        QFile file(lockPath());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate)) << row.name;
+        file.write(row.contents);
+        file.close();
+        ASSERT_TRUE(setAge(lockPath(), row.ageSeconds)) << row.name;
+
+        SingleInstanceLock lock(folder);
+        EXPECT_EQ(lock.tryAcquire(), row.expected) << row.name;
+        lock.release();
+    }
+}
+
+TEST_F(SingleInstanceLockTest, UnusableFolderIsUnavailableNotHeldElsewhere)
+{
+    QFile blocker(tmp.path() + QStringLiteral("/file"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+
+    const struct {
+        const char *name;
+        QString folder;
+    } table[] = {
+        {"folder is a file", blocker.fileName()},
+        {"folder inside a file", blocker.fileName() + QStringLiteral("/run")},
+        {"no folder named", QString()},
+        {"blank folder", QStringLiteral("  ")},
+        {"lock path is a folder", tmp.path() + QStringLiteral("/taken")},
+    };
+    ASSERT_TRUE(QDir().mkpath(tmp.path() + QStringLiteral("/taken/org.sorvane.SorvanePlayer.lock")));
+    for (const auto &row : table) {
+        SingleInstanceLock lock(row.folder);
+        EXPECT_EQ(lock.tryAcquire(), Outcome::unavailable) << row.name;
+        EXPECT_FALSE(lock.isHeld()) << row.name;
+    }
+}
+
+} // namespace
