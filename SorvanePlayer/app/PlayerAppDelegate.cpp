@@ -54,6 +54,23 @@ PlayerAppDelegate::PlayerAppDelegate(Options options, QObject *parent)
     m_screenSettle.setInterval(200);
     connect(&m_screenSettle, &QTimer::timeout, this, &PlayerAppDelegate::screensChanged);
     qApp->installEventFilter(this);
+    // Back from another application: the show's windows come forward again, keys included.
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive && !QGuiApplication::focusWindow())
+            bringForward();
+    });
+}
+
+void PlayerAppDelegate::bringForward()
+{
+    QList<QQuickWindow *> windows = m_windows ? m_windows->windows() : QList<QQuickWindow *>();
+    for (const auto &window : std::as_const(m_holdingWindows))
+        if (window)
+            windows << window.data();
+    for (QQuickWindow *window : std::as_const(windows))
+        window->raise();
+    if (!windows.isEmpty())
+        windows.first()->requestActivate();
 }
 
 PlayerAppDelegate::~PlayerAppDelegate()

@@ -62,6 +62,7 @@ private:
     void watchScreens();
     void screensChanged();
     void setPointerHidden(bool hidden);
+    void bringForward();
     void firstPhotoPresented();
 
     Options m_options;
