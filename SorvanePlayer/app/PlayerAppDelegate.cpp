@@ -219,14 +219,22 @@ void PlayerAppDelegate::setUpSlides(const OpenedBundle &bundle)
         m_slides->setOverlay(view, overlay, logo->size);
     }
 
-    connect(m_slides.get(), &PlayerSlideModel::ended, this, [this] {
-        if (m_engine)
-            m_engine->videoEnded();
-    });
-    connect(m_slides.get(), &PlayerSlideModel::failed, this, [this] {
-        if (m_engine)
-            m_engine->videoFailed();
-    });
+    // Queued: a view may report while the engine is still handling the previous
+    // report (a cached failure comes back at once), and a report must never be lost.
+    connect(
+        m_slides.get(), &PlayerSlideModel::ended, this,
+        [this](int serial) {
+            if (m_engine && serial == m_slides->slide().serial)
+                m_engine->videoEnded();
+        },
+        Qt::QueuedConnection);
+    connect(
+        m_slides.get(), &PlayerSlideModel::failed, this,
+        [this](int serial) {
+            if (m_engine && serial == m_slides->slide().serial)
+                m_engine->videoFailed();
+        },
+        Qt::QueuedConnection);
     connect(m_slides.get(), &PlayerSlideModel::presented, this, [this] {
         if (!m_anyPresented) {
             m_anyPresented = true;
@@ -297,12 +305,10 @@ void PlayerAppDelegate::firstPhotoPresented()
     if (windows.isEmpty())
         return;
     // The photo is on screen once the frame holding it has been swapped in.
-    auto *connection = new QMetaObject::Connection;
-    *connection = connect(windows.first(), &QQuickWindow::frameSwapped, this, [connection] {
-        qCInfo(lcPlayer, "First photo on screen after %lld ms", LaunchClock::millisecondsSinceProcessStart());
-        disconnect(*connection);
-        delete connection;
-    });
+    connect(
+        windows.first(), &QQuickWindow::frameSwapped, this,
+        [] { qCInfo(lcPlayer, "First photo on screen after %lld ms", LaunchClock::millisecondsSinceProcessStart()); },
+        Qt::SingleShotConnection);
     windows.first()->update();
 }
 

@@ -73,7 +73,7 @@ bool PlayerSlideModel::firstReport(int serial)
 void PlayerSlideModel::reportEnded(int serial)
 {
     if (firstReport(serial))
-        Q_EMIT ended();
+        Q_EMIT ended(serial);
 }
 
 void PlayerSlideModel::reportFailed(int serial, const QString &reason)
@@ -81,7 +81,7 @@ void PlayerSlideModel::reportFailed(int serial, const QString &reason)
     if (!firstReport(serial))
         return;
     qCInfo(lcPlayer, "Could not show %s: %s", qUtf8Printable(m_slide.source.toLocalFile()), qUtf8Printable(reason));
-    Q_EMIT failed(reason);
+    Q_EMIT failed(serial, reason);
 }
 
 } // namespace sorvane

@@ -58,8 +58,10 @@ Q_SIGNALS:
 
     // The slide on screen was drawn for the first time (by any window).
     void presented();
-    void ended();
-    void failed(const QString &reason);
+    // Reports about the slide with this serial (compare with slide().serial when
+    // handled later: the show may have moved on).
+    void ended(int serial);
+    void failed(int serial, const QString &reason);
 
 private:
     bool firstReport(int serial);

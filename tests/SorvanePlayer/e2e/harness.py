@@ -1,0 +1,529 @@
+"""Runs SorvanePlayer on a virtual X server and watches it from outside: its log,
+its windows, screenshots of every screen, its exit code and memory.
+
+Standard library only, so the suite runs wherever the player builds."""
+
+import datetime
+import hashlib
+import json
+import os
+import re
+import select
+import shutil
+import signal
+import struct
+import subprocess
+import tempfile
+import time
+import zlib
+
+LOG_PREFIX = "sorvane.player: "
+REQUIRED_TOOLS = ("Xvfb", "xdotool", "import")
+# Display numbers this suite may take; other suites use other numbers.
+DISPLAY_NUMBERS = range(100, 140)
+TWO_SCREENS = ((1920, 1080), (1280, 720))
+ONE_SCREEN = ((1920, 1080),)
+
+
+def missing_tools():
+    return [tool for tool in REQUIRED_TOOLS if shutil.which(tool) is None]
+
+
+class WaitTimeout(AssertionError):
+    """A condition the test waited for never came: a test failure, not an error."""
+
+
+def wait_until(predicate, timeout, what, interval=0.05, detail=None):
+    """Polls predicate until it returns something truthy, which is returned."""
+    deadline = time.monotonic() + timeout
+    while True:
+        value = predicate()
+        if value:
+            return value
+        if time.monotonic() >= deadline:
+            extra = ("\n" + detail()) if detail else ""
+            raise WaitTimeout(f"timed out after {timeout:.1f} s waiting for {what}{extra}")
+        time.sleep(interval)
+
+
+def read_line(stream, timeout):
+    """One line from a child's pipe, or None when none comes in time."""
+    deadline = time.monotonic() + timeout
+    data = b""
+    fd = stream.fileno()
+    while not data.endswith(b"\n"):
+        left = deadline - time.monotonic()
+        if left <= 0:
+            return None
+        ready, _, _ = select.select([fd], [], [], left)
+        if not ready:
+            return None
+        chunk = os.read(fd, 1)
+        if not chunk:
+            return None
+        data += chunk
+    return data.decode(errors="replace").strip()
+
+
+def stop_process(process, grace=3.0):
+    """Ends a child we started (and anything it started in its session)."""
+    if process is None or process.poll() is not None:
+        return
+    try:
+        os.killpg(process.pid, signal.SIGTERM)
+    except ProcessLookupError:
+        return
+    try:
+        process.wait(grace)
+    except subprocess.TimeoutExpired:
+        try:
+            os.killpg(process.pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+        process.wait(grace)
+
+
+# --- screenshots -------------------------------------------------------------------
+
+
+class Screenshot:
+    """An 8-bit RGB picture of one screen."""
+
+    def __init__(self, width, height, rgb):
+        self.width = width
+        self.height = height
+        self.rgb = rgb
+
+    @classmethod
+    def from_ppm(cls, data):
+        fields = []
+        pos = 0
+        # "P6 <w> <h> <max>" then one whitespace byte, then the pixels.
+        while len(fields) < 4:
+            while data[pos:pos + 1].isspace():
+                pos += 1
+            if data[pos:pos + 1] == b"#":
+                pos = data.index(b"\n", pos) + 1
+                continue
+            end = pos
+            while not data[end:end + 1].isspace():
+                end += 1
+            fields.append(data[pos:end])
+            pos = end
+        if fields[0] != b"P6" or int(fields[3]) != 255:
+            raise ValueError(f"not an 8-bit PPM: {fields}")
+        width, height = int(fields[1]), int(fields[2])
+        rgb = data[pos + 1:pos + 1 + width * height * 3]
+        if len(rgb) != width * height * 3:
+            raise ValueError("short PPM")
+        return cls(width, height, rgb)
+
+    def crop(self, x0, y0, x1, y1):
+        """The part between fractions of the width and height (0..1)."""
+        left, right = int(self.width * x0), int(self.width * x1)
+        top, bottom = int(self.height * y0), int(self.height * y1)
+        stride = self.width * 3
+        rows = [self.rgb[y * stride + left * 3:y * stride + right * 3] for y in range(top, bottom)]
+        return Screenshot(right - left, bottom - top, b"".join(rows))
+
+    def count_brighter(self, threshold):
+        """Pixels with any channel above threshold."""
+        table = bytes(1 if value > threshold else 0 for value in range(256))
+        flags = self.rgb.translate(table)
+        # Each byte is 0 or 1, so OR-ing the three planes as big integers and counting
+        # bits counts pixels, at C speed.
+        any_channel = 0
+        for channel in range(3):
+            any_channel |= int.from_bytes(flags[channel::3], "little")
+        return any_channel.bit_count()
+
+    def fraction_brighter(self, threshold):
+        return self.count_brighter(threshold) / max(1, self.width * self.height)
+
+    def fraction_different(self, other, threshold=24):
+        """Share of pixels where some channel differs by more than threshold."""
+        if (self.width, self.height) != (other.width, other.height):
+            return 1.0
+        different = 0
+        a, b = self.rgb, other.rgb
+        for i in range(0, len(a), 3):
+            if (abs(a[i] - b[i]) > threshold or abs(a[i + 1] - b[i + 1]) > threshold
+                    or abs(a[i + 2] - b[i + 2]) > threshold):
+                different += 1
+        return different / max(1, self.width * self.height)
+
+    def save_png(self, path):
+        stride = self.width * 3
+        raw = b"".join(b"\x00" + self.rgb[y * stride:(y + 1) * stride] for y in range(self.height))
+
+        def chunk(kind, body):
+            return (struct.pack(">I", len(body)) + kind + body
+                    + struct.pack(">I", zlib.crc32(kind + body) & 0xFFFFFFFF))
+
+        with open(path, "wb") as out:
+            out.write(b"\x89PNG\r\n\x1a\n")
+            out.write(chunk(b"IHDR", struct.pack(">IIBBBBB", self.width, self.height, 8, 2, 0, 0, 0)))
+            out.write(chunk(b"IDAT", zlib.compress(raw, 1)))
+            out.write(chunk(b"IEND", b""))
+
+
+# --- the virtual display -----------------------------------------------------------
+
+
+class XServer:
+    """An Xvfb of our own with the given screens, on a display number nobody holds."""
+
+    def __init__(self, workdir, screens=TWO_SCREENS):
+        self.workdir = workdir
+        self.screens = screens
+        self.process = None
+        self.number = None
+
+    @property
+    def name(self):
+        return f":{self.number}"
+
+    def start(self):
+        for number in DISPLAY_NUMBERS:
+            if os.path.exists(f"/tmp/.X{number}-lock") or os.path.exists(f"/tmp/.X11-unix/X{number}"):
+                continue
+            if self._try_start(number):
+                self.number = number
+                return self
+        raise RuntimeError("no free X display number in :100-:139")
+
+    def _try_start(self, number):
+        command = ["Xvfb", f":{number}"]
+        for index, (width, height) in enumerate(self.screens):
+            command += ["-screen", str(index), f"{width}x{height}x24"]
+        # -noreset: the player is started again on the same server within a test.
+        read_end, write_end = os.pipe()
+        command += ["-nolisten", "tcp", "-noreset", "-displayfd", str(write_end)]
+        log = open(os.path.join(self.workdir, f"xvfb-{number}.log"), "wb")
+        process = subprocess.Popen(command, stdout=log, stderr=log, pass_fds=(write_end,),
+                                   start_new_session=True)
+        log.close()
+        os.close(write_end)
+        try:
+            # Xvfb writes its display number once it accepts clients.
+            with os.fdopen(read_end, "rb") as pipe:
+                ready = read_line(pipe, 15)
+        except OSError:
+            ready = None
+        if ready == str(number):
+            self.process = process
+            return True
+        stop_process(process)  # lost a race for that number, or it never came up
+        return False
+
+    def env(self):
+        return {"DISPLAY": self.name}
+
+    def run(self, *command, check=True, timeout=15):
+        return subprocess.run(list(command), env={**os.environ, **self.env()}, capture_output=True,
+                              text=True, timeout=timeout, check=check)
+
+    def screenshot(self, screen, save_as=None):
+        data = subprocess.run(["import", "-display", f"{self.name}.{screen}", "-window", "root",
+                               "-depth", "8", "ppm:-"],
+                              capture_output=True, timeout=30, check=True).stdout
+        shot = Screenshot.from_ppm(data)
+        if save_as:
+            shot.save_png(save_as)
+        return shot
+
+    def key(self, *keys):
+        self.run("xdotool", "key", "--delay", "30", *keys)
+
+    def move_pointer(self, x, y, screen=0):
+        self.run("xdotool", "mousemove", "--screen", str(screen), str(x), str(y))
+
+    def visible_windows(self):
+        """(id, name) of every mapped window on any screen."""
+        found = self.run("xdotool", "search", "--onlyvisible", "--name", "", check=False)
+        # The screens' root windows are always there and count as visible.
+        roots = self.run("xdotool", "search", "--maxdepth", "0", "--name", "", check=False).stdout.split()
+        windows = []
+        for window in [w for w in found.stdout.split() if w not in roots]:
+            name = self.run("xdotool", "getwindowname", window, check=False).stdout.strip()
+            windows.append((window, name))
+        return windows
+
+    def window_size(self, window):
+        shown = self.run("xdotool", "getwindowgeometry", "--shell", window).stdout
+        values = dict(line.split("=", 1) for line in shown.split() if "=" in line)
+        return int(values["WIDTH"]), int(values["HEIGHT"])
+
+    def stop(self):
+        stop_process(self.process)
+
+
+# --- the player --------------------------------------------------------------------
+
+
+class LogLine:
+    def __init__(self, index, text, match):
+        self.index = index
+        self.text = text
+        self.match = match
+        self.seen_at = time.monotonic()
+
+
+class Player:
+    """One run of SorvanePlayer, with its stderr in a file."""
+
+    def __init__(self, executable, arguments, env, log_path):
+        self.log_path = log_path
+        log = open(log_path, "wb")
+        self.process = subprocess.Popen([executable, *arguments], stdin=subprocess.DEVNULL, stdout=log,
+                                        stderr=log, env=env, start_new_session=True)
+        log.close()
+        self.started_at = time.monotonic()
+        self.peak_rss_kb = 0
+
+    @property
+    def pid(self):
+        return self.process.pid
+
+    def lines(self):
+        with open(self.log_path, "rb") as log:
+            text = log.read().decode(errors="replace")
+        # A line still being written has no newline yet.
+        whole = text.split("\n")[:-1]
+        return [line[len(LOG_PREFIX):] for line in whole if line.startswith(LOG_PREFIX)]
+
+    def log_text(self):
+        with open(self.log_path, "rb") as log:
+            return log.read().decode(errors="replace")
+
+    def mark(self):
+        """Where the log is now: later waits can look only at what comes after."""
+        return len(self.lines())
+
+    def find(self, pattern, after=0):
+        regex = re.compile(pattern)
+        for index, line in enumerate(self.lines()[after:], start=after):
+            match = regex.search(line)
+            if match:
+                return LogLine(index, line, match)
+        return None
+
+    def find_all(self, pattern, after=0):
+        regex = re.compile(pattern)
+        return [LogLine(i, line, regex.search(line)) for i, line in enumerate(self.lines()[after:], start=after)
+                if regex.search(line)]
+
+    def wait_line(self, pattern, timeout=10, after=0):
+        def found():
+            self.sample_rss()
+            line = self.find(pattern, after)
+            if line is None and not self.alive():
+                # One last look: the line may have come just before it ended.
+                line = self.find(pattern, after)
+                if line is None:
+                    raise AssertionError(f"player ended (code {self.process.returncode}) before "
+                                         f"logging /{pattern}/\n{self.tail()}")
+            return line
+
+        return wait_until(found, timeout, f"log line /{pattern}/", detail=self.tail)
+
+    def wait_exit(self, timeout):
+        try:
+            return self.process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            raise WaitTimeout(f"player still running after {timeout} s\n{self.tail()}") from None
+
+    def alive(self):
+        return self.process.poll() is None
+
+    def sample_rss(self):
+        try:
+            with open(f"/proc/{self.pid}/status") as status:
+                for line in status:
+                    if line.startswith("VmRSS:"):
+                        self.peak_rss_kb = max(self.peak_rss_kb, int(line.split()[1]))
+        except (FileNotFoundError, ProcessLookupError):
+            pass
+        return self.peak_rss_kb
+
+    def tail(self, count=25):
+        lines = self.log_text().splitlines()[-count:]
+        return "--- player log (last lines) ---\n" + "\n".join(lines)
+
+    def stop(self):
+        stop_process(self.process)
+
+
+SHOWING = r"^Showing item (\S+) \((\w+)\), (\d+) of (\d+)$"
+
+
+# --- bundles -----------------------------------------------------------------------
+
+
+def sha256_file(path):
+    digest = hashlib.sha256()
+    with open(path, "rb") as data:
+        for block in iter(lambda: data.read(1 << 20), b""):
+            digest.update(block)
+    return digest.hexdigest()
+
+
+class Bundle:
+    """A bundle folder on disk and its parsed manifest."""
+
+    def __init__(self, root):
+        self.root = root
+        with open(os.path.join(root, "bundle.json"), "rb") as manifest:
+            self.manifest = json.load(manifest)
+
+    @property
+    def bundle_id(self):
+        return self.manifest["bundle_id"]
+
+    @property
+    def item_ids(self):
+        return [item["id"] for item in self.manifest["items"]]
+
+    def item(self, item_id):
+        return next(item for item in self.manifest["items"] if item["id"] == item_id)
+
+    def asset_path(self, item_id, tier):
+        return os.path.join(self.root, self.item(item_id)["assets"][tier]["path"])
+
+    def copy_to(self, root):
+        shutil.copytree(self.root, root, symlinks=True)
+        return Bundle(root)
+
+    def save_manifest(self):
+        with open(os.path.join(self.root, "bundle.json"), "w") as manifest:
+            json.dump(self.manifest, manifest, indent=2)
+
+    def refresh_asset(self, item_id, tier):
+        """Makes the manifest's size and hash fit the file now on disk, as if it had been written so."""
+        asset = self.item(item_id)["assets"][tier]
+        path = os.path.join(self.root, asset["path"])
+        asset["bytes"] = os.path.getsize(path)
+        if "sha256" in asset:
+            asset["sha256"] = sha256_file(path)
+        self.save_manifest()
+
+    def listing(self):
+        """Every file and folder with its size, mode and modification time."""
+        entries = {}
+        for folder, folders, files in os.walk(self.root):
+            for name in folders + files:
+                path = os.path.join(folder, name)
+                info = os.lstat(path)
+                entries[os.path.relpath(path, self.root)] = (info.st_size, info.st_mtime_ns, info.st_mode)
+        return entries
+
+
+def garbage(size, seed=b"sorvane"):
+    """Deterministic bytes that are no known file format."""
+    out = bytearray()
+    block = hashlib.sha256(seed).digest()
+    while len(out) < size:
+        out += block
+        block = hashlib.sha256(block).digest()
+    return bytes(out[:size])
+
+
+def png_bomb(width=50000, height=50000):
+    """A tiny PNG whose header claims a huge picture: a decoder that trusts it allocates gigabytes."""
+
+    def chunk(kind, body):
+        return (struct.pack(">I", len(body)) + kind + body
+                + struct.pack(">I", zlib.crc32(kind + body) & 0xFFFFFFFF))
+
+    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
+    # A few rows of black, far short of what the header promises.
+    data = zlib.compress(b"\x00" * (1 + width * 3) * 4)
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", data) + chunk(b"IEND", b"")
+
+
+def resume_path(data_home, bundle_id):
+    digest = hashlib.sha256(bundle_id.encode()).hexdigest()
+    return os.path.join(data_home, "SorvanePlayer", "resume", f"{digest}.json")
+
+
+def write_resume(data_home, bundle_id, item_index, style=None, raw=None):
+    """Puts the player's resume record in place, so a run starts at a chosen item."""
+    path = resume_path(data_home, bundle_id)
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    if raw is None:
+        record = {"bundle_id": bundle_id, "item_index": item_index,
+                  "saved_utc": datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")}
+        if style:
+            record["style"] = style
+        raw = json.dumps(record).encode()
+    with open(path, "wb") as out:
+        out.write(raw)
+    return path
+
+
+# --- a private session bus -------------------------------------------------------
+
+
+BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:dir={folder}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+
+class SessionBus:
+    """A dbus-daemon with no activatable services, so only what a test puts on it is there."""
+
+    def __init__(self, workdir):
+        self.workdir = workdir
+        self.process = None
+        self.address = None
+
+    def start(self):
+        config = os.path.join(self.workdir, "bus.conf")
+        with open(config, "w") as out:
+            out.write(BUS_CONFIG.format(folder=self.workdir))
+        self.process = subprocess.Popen(["dbus-daemon", f"--config-file={config}", "--print-address", "--nofork"],
+                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                                        start_new_session=True)
+        self.address = read_line(self.process.stdout, 10)
+        if not self.address:
+            raise RuntimeError("dbus-daemon printed no address")
+        return self
+
+    def stop(self):
+        stop_process(self.process)
+        if self.process:
+            self.process.stdout.close()
+
+
+class FakeScreenSaver:
+    """sorvane-test-screensaver on a bus, recording Inhibit and UnInhibit calls."""
+
+    def __init__(self, executable, bus_address, record_path):
+        self.record_path = record_path
+        self.process = subprocess.Popen([executable, record_path], stdout=subprocess.PIPE,
+                                        stderr=subprocess.DEVNULL,
+                                        env={**os.environ, "DBUS_SESSION_BUS_ADDRESS": bus_address},
+                                        start_new_session=True)
+        if read_line(self.process.stdout, 10) != "ready":
+            stop_process(self.process)
+            raise RuntimeError("the fake screen saver did not come up")
+
+    def calls(self):
+        if not os.path.exists(self.record_path):
+            return []
+        with open(self.record_path, encoding="utf-8") as record:
+            return [line.rstrip("\n") for line in record if line.strip()]
+
+    def stop(self):
+        stop_process(self.process)
+        self.process.stdout.close()

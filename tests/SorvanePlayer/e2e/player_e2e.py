@@ -1,0 +1,653 @@
+"""End-to-end tests of SorvanePlayer: the real program on a virtual two-screen X
+server, driven with xdotool and judged by its log, its windows and screenshots.
+
+  python3 player_e2e.py --bin BUILD/bin [--artifacts DIR] [unittest options]
+
+Exits 77 (skipped) when Xvfb, xdotool or ImageMagick's import is missing.
+"""
+
+import argparse
+import json
+import os
+import re
+import shutil
+import stat
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import harness  # noqa: E402
+from harness import SHOWING, TWO_SCREENS, ONE_SCREEN, Bundle, wait_until  # noqa: E402
+
+SKIPPED = 77
+INTERVAL = 2.0  # the bundles' --interval
+# Slack on top of the interval for an advance to reach the log on a busy 2-core machine.
+SLACK = 3.0
+QUIT_SECONDS = 5
+INHIBIT_REASON = "Slidora is showing photos"
+
+BIN = None
+ARTIFACTS = None
+SUITE = None  # what setUpModule made, shared read-only by every test
+
+
+def executable(name):
+    return os.path.join(BIN, name)
+
+
+class Suite:
+    """The sample bundle, exported once per run."""
+
+    def __init__(self):
+        self.root = tempfile.mkdtemp(prefix="sorvane-e2e-")
+        try:
+            self.make()
+        except BaseException:
+            self.cleanup()  # tearDownModule does not run when setUpModule fails
+            raise
+
+    def make(self):
+        media = os.path.join(self.root, "media")
+        subprocess.run([executable("sorvane-sample-media"), media], check=True, capture_output=True, timeout=120)
+        export = subprocess.run([executable("sorvane"), "export", media, "--to", self.root, "--name", "show",
+                                 "--replace", "--interval", str(int(INTERVAL)), "--sort", "sequential"],
+                                capture_output=True, text=True, timeout=120)
+        if export.returncode != 0:
+            raise RuntimeError(f"export failed:\n{export.stdout}\n{export.stderr}")
+        self.bundle = Bundle(os.path.join(self.root, "show"))
+        videos = [item["id"] for item in self.bundle.manifest["items"] if "video" in item["assets"]]
+        if not videos:
+            raise RuntimeError("the sample bundle has no video")
+        self.video_id = videos[0]
+
+    def cleanup(self):
+        shutil.rmtree(self.root, ignore_errors=True)
+
+
+def setUpModule():
+    global SUITE
+    SUITE = Suite()
+
+
+def tearDownModule():
+    if SUITE:
+        SUITE.cleanup()
+
+
+def make_writable(root):
+    for folder, _, files in os.walk(root):
+        os.chmod(folder, os.stat(folder).st_mode | stat.S_IWUSR | stat.S_IXUSR)
+        for name in files:
+            path = os.path.join(folder, name)
+            if not os.path.islink(path):
+                os.chmod(path, os.stat(path).st_mode | stat.S_IWUSR)
+
+
+class PlayerTestCase(unittest.TestCase):
+    """Gives each test its own temp folders, X server and players, all cleaned up."""
+
+    def setUp(self):
+        self.tmp = tempfile.mkdtemp(prefix="sorvane-e2e-test-")
+        self.addCleanup(shutil.rmtree, self.tmp, True)
+        self.addCleanup(make_writable, self.tmp)
+        self.runtime = self.folder("run", 0o700)
+        self.data_home = self.folder("data")
+        self.artifacts = None
+        if ARTIFACTS:
+            self.artifacts = os.path.join(ARTIFACTS, self.id().split(".", 1)[-1])
+            shutil.rmtree(self.artifacts, ignore_errors=True)
+            os.makedirs(self.artifacts)
+        self.players = 0
+        self.ids = SUITE.bundle.item_ids
+
+    def folder(self, name, mode=0o755):
+        path = os.path.join(self.tmp, name)
+        os.makedirs(path, exist_ok=True)
+        os.chmod(path, mode)
+        return path
+
+    def x_server(self, screens=TWO_SCREENS):
+        x = harness.XServer(self.tmp, screens).start()
+        self.addCleanup(x.stop)
+        return x
+
+    def start_player(self, x, arguments=(), program=None, data_home=None, bus_address="disabled:"):
+        self.players += 1
+        log_path = os.path.join(self.tmp, f"player-{self.players}.log")
+        env = {key: value for key, value in os.environ.items() if not key.startswith(("QT_", "XDG_", "DBUS_"))}
+        env.update(x.env())
+        env.update({
+            "QT_QPA_PLATFORM": "xcb",
+            "QT_LOGGING_RULES": "sorvane.player.info=true",
+            "XDG_RUNTIME_DIR": self.runtime,
+            "XDG_DATA_HOME": data_home or self.data_home,
+            "XDG_CONFIG_HOME": self.folder("config"),
+            "XDG_CACHE_HOME": self.folder("cache"),
+            "DBUS_SESSION_BUS_ADDRESS": bus_address,
+        })
+        player = harness.Player(program or executable("SorvanePlayer"), list(arguments), env, log_path)
+        self.addCleanup(self.keep_artifact, log_path)
+        self.addCleanup(player.stop)
+        return player
+
+    def keep_artifact(self, path):
+        if self.artifacts and os.path.exists(path):
+            shutil.copy(path, self.artifacts)
+
+    def player_copy(self, folder):
+        """The player's program copied into folder, as it sits on a stick."""
+        os.makedirs(folder, exist_ok=True)
+        target = os.path.join(folder, "SorvanePlayer")
+        shutil.copy2(executable("SorvanePlayer"), target)
+        return target
+
+    def screenshot(self, x, screen, name):
+        path = os.path.join(self.artifacts, f"{name}-screen{screen}.png") if self.artifacts else None
+        return x.screenshot(screen, path)
+
+    def wait_for_screen(self, x, screen, name, check, what, timeout=8):
+        """Takes screenshots until one passes check; it is kept under name."""
+        def passing():
+            shot = x.screenshot(screen)
+            return shot if check(shot) else None
+        shot = wait_until(passing, timeout, f"{what} on screen {screen}", interval=0.2)
+        if self.artifacts:
+            shot.save_png(os.path.join(self.artifacts, f"{name}-screen{screen}.png"))
+        return shot
+
+    # --- shared checks ---
+
+    def assert_one_window_per_screen(self, x, screens):
+        windows = x.visible_windows()
+        names = sorted(name for _, name in windows)
+        # A message box or error dialog would be a visible window with another title.
+        self.assertEqual(names, ["SorvanePlayer"] * len(screens), f"visible windows: {windows}")
+
+    def assert_showing_photo(self, x, name, screens=TWO_SCREENS):
+        for screen, size in enumerate(screens):
+            shot = self.wait_for_screen(x, screen, name, lambda s: s.fraction_brighter(16) > 0.25,
+                                        "a photo filling much of the screen")
+            self.assertEqual((shot.width, shot.height), size)
+
+    def assert_holding(self, x, player, name):
+        player.wait_line(r"^Holding on 2 screen\(s\)$")
+        self.assertIsNone(player.find(r"^Playing on"))
+        self.assertIsNone(player.find(SHOWING))
+        for screen, size in enumerate(TWO_SCREENS):
+            # The words fade in; wait until they are there.
+            shot = self.wait_for_screen(
+                x, screen, name, lambda s: s.crop(0.2, 0.4, 0.8, 0.6).count_brighter(100) >= 150,
+                "light text ('Waiting for photos') in the middle band")
+            self.assertEqual((shot.width, shot.height), size)
+            self.assertLess(shot.fraction_brighter(40), 0.02, "the holding screen should be mostly black")
+            for band in (shot.crop(0, 0, 1, 0.3), shot.crop(0, 0.7, 1, 1)):
+                self.assertEqual(band.count_brighter(40), 0, "nothing but the words should be lit")
+        self.assert_one_window_per_screen(x, TWO_SCREENS)
+
+    def assert_quits(self, player, *keys, x):
+        x.key(*keys)
+        self.assertEqual(player.wait_exit(QUIT_SECONDS), 0, player.tail())
+        self.assertIsNotNone(player.find(r"^Quitting$"), player.tail())
+
+    def showing(self, player, after=0, timeout=INTERVAL + SLACK):
+        return player.wait_line(SHOWING, timeout, after)
+
+    def go_to_the_video(self, x, player):
+        """From the first item, Left wraps round to the last one: the sample's video."""
+        self.showing(player, timeout=10)
+        player.wait_line(r"^First photo on screen after \d+ ms$", 10)
+        return self.press_and_see(x, player, "Left", rf"^Showing item {SUITE.video_id} \(video\)")
+
+    def press_and_see(self, x, player, key, pattern=SHOWING, timeout=5):
+        mark = player.mark()
+        x.key(key)
+        return player.wait_line(pattern, timeout, mark)
+
+
+class HoldingTest(PlayerTestCase):
+
+    def test_no_bundle_beside_the_player(self):
+        x = self.x_server()
+        app = os.path.join(self.tmp, "stick", "app")
+        player = self.start_player(x, program=self.player_copy(app))
+        player.wait_line(rf"^No bundle beside {re.escape(app)}; holding$")
+        self.assert_holding(x, player, "holding")
+        self.assertTrue(player.alive())
+        self.assert_quits(player, "Escape", x=x)
+
+    def test_bundle_that_cannot_be_opened(self):
+        x = self.x_server()
+        with open(os.path.join(SUITE.bundle.root, "bundle.json"), "rb") as manifest:
+            real = manifest.read()
+        cases = {
+            "garbage": harness.garbage(4096),
+            # A copy that stopped half-way.
+            "cut short": real[:len(real) // 2],
+        }
+        for case, content in cases.items():
+            with self.subTest(case):
+                bundle = SUITE.bundle.copy_to(os.path.join(self.tmp, case.replace(" ", "-")))
+                with open(os.path.join(bundle.root, "bundle.json"), "wb") as manifest:
+                    manifest.write(content)
+                player = self.start_player(x, [bundle.root])
+                try:
+                    player.wait_line(rf"^Bundle root {re.escape(bundle.root)}$")
+                    player.wait_line(r"^Bundle could not be opened \(.+\); holding$")
+                    self.assert_holding(x, player, case.replace(" ", "-"))
+                    self.assert_quits(player, "Escape", x=x)
+                finally:
+                    player.stop()  # the next case needs the single-copy lock
+
+
+class PlaybackTest(PlayerTestCase):
+
+    def test_plays_the_bundle_it_lives_in_on_both_screens(self):
+        x = self.x_server()
+        bundle = SUITE.bundle.copy_to(os.path.join(self.tmp, "stick", "show"))
+        player = self.start_player(x, program=self.player_copy(os.path.join(bundle.root, "app")))
+        player.wait_line(rf"^Bundle root {re.escape(bundle.root)}$")
+        player.wait_line(r"^Playing on 2 screen\(s\)$")
+        first = self.showing(player, timeout=10)
+        self.assertEqual(first.match.groups(), (self.ids[0], "full", "1", str(len(self.ids))))
+        # It moves on by itself, after the interval and not long before.
+        second = self.showing(player, after=first.index + 1)
+        self.assertEqual(second.match[1], self.ids[1])
+        self.assertEqual(second.match[3], "2")
+        self.assertGreater(second.seen_at - first.seen_at, INTERVAL - 0.7)
+        player.wait_line(r"^First photo on screen after \d+ ms$")
+        self.assert_showing_photo(x, "playing")
+        self.assert_one_window_per_screen(x, TWO_SCREENS)
+        self.assertIsNone(player.find(r"^Could not show"), player.tail())
+
+
+class KeysTest(PlayerTestCase):
+
+    def test_pause_steps_styles_and_escape(self):
+        x = self.x_server()
+        player = self.start_player(x, [SUITE.bundle.root])
+        self.showing(player, timeout=10)
+        n = len(self.ids)
+
+        with self.subTest("space pauses"):
+            paused = self.press_and_see(x, player, "space", r"^Paused$")
+            time.sleep(INTERVAL + 1.5)  # longer than an item's hold: nothing may move on
+            self.assertIsNone(player.find(SHOWING, paused.index), player.tail())
+            self.assertTrue(player.alive())
+
+        with self.subTest("steps while paused"):
+            position = int(player.find_all(SHOWING)[-1].match[3]) - 1
+            # Right then Left comes back; Left from the first item wraps to the last.
+            for key, delta in (("Right", 1), ("Left", -1), ("Left", -1), ("Right", 1)):
+                shown = self.press_and_see(x, player, key)
+                position = (position + delta) % n
+                self.assertEqual((shown.match[1], int(shown.match[3])), (self.ids[position], position + 1), key)
+            self.assertIsNone(player.find(r"^Playing$"), "a step must not end the pause")
+
+        with self.subTest("space plays on"):
+            playing = self.press_and_see(x, player, "space", r"^Playing$")
+            moved = self.showing(player, playing.index)
+            self.assertEqual(moved.match[1], self.ids[(position + 1) % n])
+
+        with self.subTest("style keys"):
+            for key, style in (("1", "photo-wall"), ("2", "memory-table"), ("3", "classic")):
+                self.press_and_see(x, player, key, rf"^Style {style}$")
+
+        with self.subTest("escape quits"):
+            self.assert_quits(player, "Escape", x=x)
+
+    def test_ctrl_q_quits_and_plain_q_does_not(self):
+        x = self.x_server()
+        player = self.start_player(x, [SUITE.bundle.root])
+        self.showing(player, timeout=10)
+        self.press_and_see(x, player, "space", r"^Paused$")
+        position = int(player.find_all(SHOWING)[-1].match[3]) - 1
+        mark = player.mark()
+        # Keys arrive in order: the step after q shows q did not end the player.
+        x.key("q", "Right")
+        shown = player.wait_line(SHOWING, 5, mark)
+        self.assertEqual(shown.match[1], self.ids[(position + 1) % len(self.ids)])
+        self.assertTrue(player.alive())
+        self.assertIsNone(player.find(r"^Quitting$"))
+        self.assert_quits(player, "ctrl+q", x=x)
+
+
+class ControlsPanelTest(PlayerTestCase):
+
+    def test_pointer_shows_the_panel_until_it_rests(self):
+        x = self.x_server()
+        player = self.start_player(x, [SUITE.bundle.root])
+        self.showing(player, timeout=10)
+        # Paused on a still, so only the panel can change the picture.
+        self.press_and_see(x, player, "space", r"^Paused$")
+        self.assertIsNone(player.find(r"^Controls shown$"))
+        bottom_centre = (0.3, 0.75, 0.7, 1.0)
+        top = (0, 0, 1, 0.4)
+        before = self.wait_for_screen(x, 0, "before", lambda s: s.fraction_brighter(16) > 0.25, "the photo")
+
+        mark = player.mark()
+        # Away from the bottom, where resting on the panel would keep it up.
+        x.move_pointer(700, 300)
+        x.move_pointer(960, 400)
+        shown = player.wait_line(r"^Controls shown$", 5, mark)
+        panel = self.wait_for_screen(
+            x, 0, "panel",
+            lambda s: s.crop(*bottom_centre).fraction_different(before.crop(*bottom_centre)) > 0.02,
+            "the panel in the bottom centre", timeout=3)
+        self.assertLess(panel.crop(*top).fraction_different(before.crop(*top)), 0.001,
+                        "only the bottom should change: the photo must be the same")
+
+        hidden = player.wait_line(r"^Controls hidden$", 7, shown.index)
+        rested = hidden.seen_at - shown.seen_at
+        self.assertTrue(2.5 <= rested <= 5.0, f"hidden {rested:.2f} s after it was shown")
+        self.wait_for_screen(
+            x, 0, "after",
+            lambda s: s.crop(*bottom_centre).fraction_different(before.crop(*bottom_centre)) < 0.002,
+            "the bottom centre as it was before the panel", timeout=3)
+        self.assertIsNone(player.find(SHOWING, mark), "paused: no item should have been shown meanwhile")
+
+
+class ResumeTest(PlayerTestCase):
+
+    def test_item_and_style_come_back_after_a_restart(self):
+        x = self.x_server()
+        first_run = self.start_player(x, [SUITE.bundle.root])
+        self.showing(first_run, timeout=10)
+        for _ in range(3):
+            self.press_and_see(x, first_run, "Right")
+        self.press_and_see(x, first_run, "1", r"^Style photo-wall$")
+        self.assert_quits(first_run, "Escape", x=x)
+        last = first_run.find_all(SHOWING)[-1]
+        self.assertLess(last.index, first_run.find(r"^Quitting$").index)
+        last_index = self.ids.index(last.match[1])
+        self.assertNotEqual(last_index, 0, "the run should have moved on from the first item")
+
+        with open(harness.resume_path(self.data_home, SUITE.bundle.bundle_id), "rb") as record_file:
+            record = json.load(record_file)
+        self.assertEqual(record["bundle_id"], SUITE.bundle.bundle_id)
+        self.assertEqual(record["item_index"], last_index)
+        self.assertEqual(record["style"], "photo-wall")
+        self.assertRegex(record["saved_utc"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ$")
+
+        second_run = self.start_player(x, [SUITE.bundle.root])
+        resumed = self.showing(second_run, timeout=10)
+        self.assertEqual(resumed.match[1], last.match[1])
+        self.assertEqual(int(resumed.match[3]), last_index + 1)
+        second_run.wait_line(r"^Style photo-wall$", 1)
+        self.assertIsNone(second_run.find(r"^Style (memory-table|classic)$"))
+        self.assert_quits(second_run, "Escape", x=x)
+
+    def test_unusable_resume_record_plays_from_the_first_item(self):
+        x = self.x_server()
+        bundle_id = SUITE.bundle.bundle_id
+        records = {
+            "garbage bytes": harness.garbage(300),
+            # Hand-edited or from another bundle: the file name alone must not resume.
+            "another bundle's id": json.dumps({"bundle_id": "someone-else", "item_index": 5,
+                                               "saved_utc": "2025-01-01T00:00:00Z"}).encode(),
+            "index past the end": json.dumps({"bundle_id": bundle_id, "item_index": 999,
+                                              "saved_utc": "2025-01-01T00:00:00Z"}).encode(),
+        }
+        for case, raw in records.items():
+            with self.subTest(case):
+                path = harness.write_resume(self.data_home, bundle_id, 0, raw=raw)
+                # Given as its bundle.json this time.
+                player = self.start_player(x, [os.path.join(SUITE.bundle.root, "bundle.json")])
+                try:
+                    first = self.showing(player, timeout=10)
+                    self.assertEqual((first.match[1], first.match[3]), (self.ids[0], "1"))
+                    self.showing(player, first.index + 1)
+                    self.assertTrue(player.alive())
+                    self.assert_quits(player, "Escape", x=x)
+                finally:
+                    player.stop()  # the next case needs the single-copy lock
+                # Played items write a good record over the bad one.
+                with open(path, "rb") as record_file:
+                    record = json.load(record_file)
+                self.assertEqual(record["bundle_id"], bundle_id)
+                self.assertIn(record["item_index"], range(len(self.ids)))
+
+
+class SingleInstanceTest(PlayerTestCase):
+
+    def test_a_second_copy_quits_and_the_first_plays_on(self):
+        x = self.x_server()
+        first = self.start_player(x, [SUITE.bundle.root])
+        self.showing(first, timeout=10)
+        second = self.start_player(x, [SUITE.bundle.root])
+        self.assertEqual(second.wait_exit(QUIT_SECONDS), 0, second.tail())
+        self.assertIsNotNone(second.find(r"^Another copy is running; quitting$"), second.tail())
+        self.assertIsNone(second.find(r"^(Playing|Holding) on"), second.tail())
+
+        mark = first.mark()
+        self.showing(first, mark)
+        self.assertTrue(first.alive())
+        self.assert_one_window_per_screen(x, TWO_SCREENS)
+        self.assert_quits(first, "Escape", x=x)
+
+        # The first copy's lock goes with it.
+        third = self.start_player(x, [SUITE.bundle.root])
+        third.wait_line(r"^Playing on 2 screen\(s\)$", 10)
+        self.assertIsNone(third.find(r"^Another copy is running"))
+
+
+class DisplaySleepTest(PlayerTestCase):
+
+    def setUp(self):
+        super().setUp()
+        if shutil.which("dbus-daemon") is None:
+            self.skipTest("dbus-daemon is not installed")
+        self.bus = harness.SessionBus(self.folder("bus")).start()
+        self.addCleanup(self.bus.stop)
+        self.saver = harness.FakeScreenSaver(executable("sorvane-test-screensaver"), self.bus.address,
+                                             os.path.join(self.tmp, "screensaver-calls.txt"))
+        self.addCleanup(self.saver.stop)
+
+    def test_kept_awake_while_playing_and_released_on_quit(self):
+        x = self.x_server()
+        player = self.start_player(x, [SUITE.bundle.root], bus_address=self.bus.address)
+        awake = player.wait_line(r"^Display kept awake \(cookie (\d+)\)$", 10)
+        cookie = awake.match[1]
+        self.assertIsNotNone(player.find(SHOWING))
+        self.assertEqual(self.saver.calls(), [f"Inhibit SorvanePlayer\t{INHIBIT_REASON}\t{cookie}"])
+        self.assert_quits(player, "Escape", x=x)
+        self.assertIsNotNone(player.find(r"^Display sleep released$"), player.tail())
+        self.assertEqual(self.saver.calls(), [f"Inhibit SorvanePlayer\t{INHIBIT_REASON}\t{cookie}",
+                                              f"UnInhibit {cookie}"])
+
+    def test_holding_does_not_keep_the_display_awake(self):
+        x = self.x_server()
+        player = self.start_player(x, program=self.player_copy(os.path.join(self.tmp, "app")),
+                                   bus_address=self.bus.address)
+        player.wait_line(r"^Holding on 2 screen\(s\)$", 10)
+        # An Inhibit is sent at start-up if at all; give a wrong one time to arrive.
+        time.sleep(1.5)
+        self.assert_quits(player, "Escape", x=x)
+        self.assertEqual(self.saver.calls(), [])
+        self.assertIsNone(player.find(r"^Display (kept awake|sleep could not)"), player.tail())
+
+
+class HostileBundleTest(PlayerTestCase):
+    """Bundles damaged on the stick: the player may skip what it cannot show, never crash,
+    hang, or put up a dialog."""
+
+    def copy_bundle(self, name):
+        return SUITE.bundle.copy_to(os.path.join(self.tmp, name))
+
+    def assert_still_running(self, x, player, screens=TWO_SCREENS):
+        self.assertTrue(player.alive(), player.tail())
+        self.assert_one_window_per_screen(x, screens)
+        self.assertIsNone(player.find(r"^Quitting$"))
+
+    def test_nothing_showable_holds(self):
+        x = self.x_server()
+        bundle = self.copy_bundle("garbled")
+        for folder, _, files in os.walk(os.path.join(bundle.root, "media")):
+            for name in files:
+                path = os.path.join(folder, name)
+                # Same size, so the open's size checks pass and only decoding fails.
+                size = os.path.getsize(path)
+                with open(path, "wb") as out:
+                    out.write(harness.garbage(size, name.encode()))
+        player = self.start_player(x, [bundle.root])
+        # Every failure is seen at once, bar animations that wait out their hold.
+        nothing = player.wait_line(r"^Nothing in the bundle could be shown; holding$", 20)
+        self.assertIsNotNone(player.find(r"^Could not show "), player.tail())
+        player.wait_line(r"^Holding on 2 screen\(s\)$", 5, nothing.index)
+        for screen, size in enumerate(TWO_SCREENS):
+            shot = self.wait_for_screen(
+                x, screen, "holding", lambda s: s.crop(0.2, 0.4, 0.8, 0.6).count_brighter(100) >= 150,
+                "light text ('Waiting for photos') in the middle band")
+            self.assertEqual((shot.width, shot.height), size)
+            self.assertLess(shot.fraction_brighter(40), 0.02, "the holding screen should be mostly black")
+        self.assert_still_running(x, player)
+        self.assert_quits(player, "Escape", x=x)
+
+    def test_png_header_bomb_is_skipped_without_the_memory(self):
+        x = self.x_server()
+        bundle = self.copy_bundle("bomb")
+        victim = self.ids[0]
+        path = bundle.asset_path(victim, "full")
+        self.assertTrue(path.endswith(".png"), "the first item should be a PNG still")
+        with open(path, "wb") as out:
+            out.write(harness.png_bomb())
+        bundle.refresh_asset(victim, "full")
+
+        player = self.start_player(x, [bundle.root])
+        player.wait_line(rf"^Could not show {re.escape(path)}: .+$", 15)
+        # The show goes on to the next item.
+        moved = player.wait_line(rf"^Showing item {self.ids[1]} ", INTERVAL * 2 + SLACK + 5)
+        self.showing(player, moved.index + 1)
+        self.assertGreater(player.sample_rss(), 0, "no memory reading was taken")
+        self.assertLess(player.peak_rss_kb, 300 * 1024, f"peak RSS {player.peak_rss_kb} kB")
+        self.assert_still_running(x, player)
+        self.assert_quits(player, "Escape", x=x)
+
+    def test_broken_videos_are_passed_by(self):
+        x = self.x_server()
+        video = SUITE.video_id
+        self.assertEqual(self.ids[-1], video, "Left from the first item should reach the video")
+        for case in ("garbage", "cut in half"):
+            with self.subTest(case):
+                bundle = self.copy_bundle(case.replace(" ", "-"))
+                path = bundle.asset_path(video, "video")
+                if case == "cut in half":
+                    if shutil.which("ffmpeg") is None:
+                        self.skipTest("ffmpeg is not installed")
+                    # Index first, so the first half still plays and the file runs out mid-stream
+                    # (with the index at the end, half a file fails at once like garbage).
+                    fast = path + ".fast.mp4"
+                    subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", path, "-c", "copy",
+                                    "-movflags", "+faststart", fast], check=True, timeout=60)
+                    os.replace(fast, path)
+                with open(path, "rb") as original:
+                    data = original.read()
+                with open(path, "wb") as out:
+                    out.write(harness.garbage(len(data)) if case == "garbage" else data[:len(data) // 2])
+                bundle.refresh_asset(video, "video")
+
+                # A fresh data folder: the last case's resume record would start it elsewhere.
+                data_home = self.folder(f"data-{case.replace(' ', '-')}")
+                player = self.start_player(x, [bundle.root], data_home=data_home)
+                try:
+                    at_video = self.go_to_the_video(x, player)
+                    # A bad file fails at once; a cut one fails or ends where the data stops.
+                    duration = bundle.item(video)["assets"]["video"]["duration_seconds"]
+                    limit = 2 if case == "garbage" else duration
+                    past = player.wait_line(rf"^Showing item (?!{video} )", limit + INTERVAL + SLACK + 2,
+                                            at_video.index + 1)
+                    if case == "garbage":
+                        self.assertIsNotNone(player.find(rf"^Could not show {re.escape(path)}: "), player.tail())
+                    self.showing(player, past.index + 1)
+                    self.assert_still_running(x, player)
+                    self.assert_quits(player, "Escape", x=x)
+                finally:
+                    player.stop()  # the next case needs the single-copy lock
+
+    def test_read_only_bundle_is_left_untouched(self):
+        x = self.x_server()
+        bundle = self.copy_bundle("read-only")
+        subprocess.run(["chmod", "-R", "a-w", bundle.root], check=True)
+        before = bundle.listing()
+        player = self.start_player(x, [bundle.root])
+        first = self.showing(player, timeout=10)
+        self.showing(player, first.index + 1)
+        self.press_and_see(x, player, "Right")
+        self.press_and_see(x, player, "1", r"^Style photo-wall$")
+        self.assert_still_running(x, player)
+        self.assert_quits(player, "Escape", x=x)
+        self.assertEqual(bundle.listing(), before)
+        self.assertTrue(os.path.exists(harness.resume_path(self.data_home, bundle.bundle_id)),
+                        "the resume record belongs in the data folder")
+
+
+class ScreensTest(PlayerTestCase):
+
+    def test_resolution_change_while_a_video_plays(self):
+        if shutil.which("xrandr") is None:
+            self.skipTest("xrandr is not installed (x11-xserver-utils)")
+        x = self.x_server(ONE_SCREEN)
+        video = SUITE.video_id
+        self.assertEqual(self.ids[-1], video, "Left from the first item should reach the video")
+        player = self.start_player(x, [SUITE.bundle.root])
+        player.wait_line(r"^Playing on 1 screen\(s\)$", 10)
+        shown = self.go_to_the_video(x, player)
+        # Let it play a moment: the change comes in the middle of the video.
+        time.sleep(1)
+
+        output = re.search(r"^(\S+) connected", x.run("xrandr").stdout, re.M)[1]
+        mark = player.mark()
+        x.run("xrandr", "--newmode", "e2e-720p", "74.25", "1280", "1390", "1430", "1650",
+              "720", "725", "730", "750")
+        x.run("xrandr", "--addmode", output, "e2e-720p")
+        x.run("xrandr", "--output", output, "--mode", "e2e-720p")
+        player.wait_line(r"^Screens changed: 1 screen\(s\)$", 5, mark)
+        player.wait_line(r"^Playing on 1 screen\(s\)$", 5, mark)
+        # The show goes on past the video.
+        player.wait_line(rf"^Showing item (?!{video} )", 10, shown.index + 1)
+        self.assert_showing_photo(x, "resized", ((1280, 720),))
+        windows = x.visible_windows()
+        self.assertEqual([name for _, name in windows], ["SorvanePlayer"], windows)
+        self.assertEqual(x.window_size(windows[0][0]), (1280, 720))
+        self.assert_quits(player, "Escape", x=x)
+
+
+class TimedResult(unittest.TextTestResult):
+    """Prints how long each test took, to keep the suite's time in view."""
+
+    def startTest(self, test):
+        self._started = time.monotonic()
+        super().startTest(test)
+
+    def stopTest(self, test):
+        super().stopTest(test)
+        self.stream.writeln(f"    [{time.monotonic() - self._started:5.1f} s] {test.id()}")
+        self.stream.flush()
+
+
+def main():
+    global BIN, ARTIFACTS
+    parser = argparse.ArgumentParser(add_help=False)
+    parser.add_argument("--bin", default=os.environ.get("SORVANE_BIN_DIR"))
+    parser.add_argument("--artifacts", default=os.environ.get("SORVANE_E2E_ARTIFACTS"))
+    options, rest = parser.parse_known_args()
+    if not options.bin:
+        print("player_e2e: give the build's bin folder with --bin or SORVANE_BIN_DIR", file=sys.stderr)
+        return 2
+    BIN = os.path.abspath(options.bin)
+    ARTIFACTS = os.path.abspath(options.artifacts) if options.artifacts else None
+    missing = harness.missing_tools()
+    if missing:
+        print(f"player_e2e: skipped, missing {', '.join(missing)}", file=sys.stderr)
+        return SKIPPED
+    started = time.monotonic()
+    program = unittest.main(module=__name__, argv=[sys.argv[0], *rest], exit=False,
+                            testRunner=unittest.TextTestRunner(resultclass=TimedResult, verbosity=2))
+    print(f"player_e2e: {time.monotonic() - started:.1f} s in all", file=sys.stderr)
+    return 0 if program.result.wasSuccessful() else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
