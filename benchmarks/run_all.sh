@@ -5,7 +5,8 @@
 #   benchmarks/run_all.sh
 #
 # Environment: BUILD_DIR, RUNS (bench_open runs, default 21), ROUNDS and
-# TOTAL_MIB (passed to sha256_vs_openssl.sh).
+# TOTAL_MIB (passed to sha256_vs_openssl.sh), PLAYER_BENCH=0 to leave out the
+# player against feh (about 8 minutes, plus about 8 the first time for its bundle).
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -19,7 +20,10 @@ if [[ ! -f "$BUILD_DIR/build.ninja" ]]; then
     cmake -S "$repo" -B "$BUILD_DIR" -G Ninja -DCMAKE_BUILD_TYPE=Release \
         -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang -DSORVANE_BUILD_TESTS=OFF
 fi
-cmake --build "$BUILD_DIR" --target bench_open bench_make_photos sorvane
+PLAYER_BENCH=${PLAYER_BENCH:-1}
+targets=(bench_open bench_make_photos sorvane)
+[[ "$PLAYER_BENCH" == 0 ]] || targets+=(SorvanePlayer)
+cmake --build "$BUILD_DIR" --target "${targets[@]}"
 
 logs=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-bench-logs.XXXXXX")
 trap 'rm -rf "$logs"' EXIT
@@ -37,6 +41,14 @@ echo "== Export against vipsthumbnail (export_vs_vipsthumbnail.sh) =="
 SORVANE="$BUILD_DIR/bin/sorvane" MAKE_PHOTOS="$BUILD_DIR/bin/bench_make_photos" \
     "$here/export_vs_vipsthumbnail.sh" | tee "$logs/export"
 
+if [[ "$PLAYER_BENCH" != 0 ]]; then
+    echo
+    echo "== Player against feh (player_vs_feh.sh) =="
+    PLAYER="$BUILD_DIR/bin/SorvanePlayer" SORVANE="$BUILD_DIR/bin/sorvane" \
+        MAKE_PHOTOS="$BUILD_DIR/bin/bench_make_photos" CACHE="$BUILD_DIR/player-bench" \
+        "$here/player_vs_feh.sh" | tee "$logs/player"
+fi
+
 echo
 echo "== Summary =="
 echo "machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2- | sed 's/^ *//')"
@@ -45,3 +57,6 @@ grep -E '^open median' "$logs/open"
 grep -E '^ +(JSON parse|manifest build|file checks|play order)' "$logs/open"
 grep -E 'median .*GB/s|^ratio' "$logs/sha"
 grep -E '^ratio ours/baseline|^peak resident' "$logs/export"
+if [[ "$PLAYER_BENCH" != 0 ]]; then
+    sed -n '/^== Player against feh ==$/,$p' "$logs/player" | tail -n +2
+fi

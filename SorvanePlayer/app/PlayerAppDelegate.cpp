@@ -20,6 +20,10 @@
 #include <QKeyEvent>
 #include <QScreen>
 
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
 namespace sorvane {
 
 namespace {
@@ -301,6 +305,13 @@ void PlayerAppDelegate::startPlayback(std::shared_ptr<OpenedBundle> bundle)
 
 void PlayerAppDelegate::firstPhotoPresented()
 {
+#if defined(__GLIBC__)
+    // From here on, decoded slides (megabytes each, freed seconds later on other
+    // threads) get their own mappings, so their memory goes back to the system at
+    // once instead of piling up in malloc's pools over days of play. Set after the
+    // first photo, because start-up makes many such allocations it soon frees.
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+#endif
     const QList<QQuickWindow *> windows = m_windows ? m_windows->windows() : QList<QQuickWindow *>();
     if (windows.isEmpty())
         return;
