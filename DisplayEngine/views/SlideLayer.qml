@@ -109,6 +109,8 @@ Item {
                 if (!slideLayer.paused)
                     player.play()
             }
+            // Lets the pipeline wind down before it is dropped with the layer.
+            Component.onDestruction: player.stop()
             Connections {
                 target: slideLayer
                 function onPausedChanged() {
