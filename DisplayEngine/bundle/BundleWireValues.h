@@ -32,8 +32,9 @@ template <typename E> struct BundleWireTable;
 
 SORVANE_WIRE_TABLE(DisplayMode, 2, {DisplayMode::standard, QLatin1StringView("standard")},
     {DisplayMode::collage, QLatin1StringView("collage")})
+// A manifest names the Varied wall "varied"; settings store it as "collage".
 SORVANE_WIRE_TABLE(CollageLayout, 3, {CollageLayout::flow, QLatin1StringView("flow")},
-    {CollageLayout::scatter, QLatin1StringView("scatter")}, {CollageLayout::varied, QLatin1StringView("varied")})
+    {CollageLayout::scatter, QLatin1StringView("scatter")}, {CollageLayout::collage, QLatin1StringView("varied")})
 SORVANE_WIRE_TABLE(ImageScalingMode, 3, {ImageScalingMode::fitToScreen, QLatin1StringView("fit_to_screen")},
     {ImageScalingMode::fillScreen, QLatin1StringView("fill_screen")},
     {ImageScalingMode::actualSize, QLatin1StringView("actual_size")})

@@ -126,6 +126,32 @@ std::optional<QDateTime> JsonReader::optionalDate(QLatin1StringView key)
     return date.toUTC();
 }
 
+QDateTime JsonReader::date(QLatin1StringView key)
+{
+    if (!required(key))
+        return {};
+    return optionalDate(key).value_or(QDateTime());
+}
+
+bool JsonReader::boolean(QLatin1StringView key)
+{
+    const auto value = required(key);
+    if (value && !value->isBool())
+        fail(key, QStringLiteral("expected a Boolean"));
+    return ok() && value && value->toBool();
+}
+
+QUuid JsonReader::uuid(QLatin1StringView key)
+{
+    const QString text = string(key);
+    if (!ok())
+        return {};
+    const QUuid id = QUuid::fromString(text);
+    if (id.isNull())
+        fail(key, QStringLiteral("expected a UUID, got \"%1\"").arg(text));
+    return id;
+}
+
 QStringList JsonReader::stringList(QLatin1StringView key)
 {
     const auto value = required(key);

@@ -7,6 +7,7 @@
 #include <QLatin1StringView>
 #include <QString>
 #include <QStringList>
+#include <QUuid>
 
 #include <optional>
 
@@ -30,6 +31,10 @@ public:
     std::optional<int> optionalInt(QLatin1StringView key);
     // ISO 8601; a text without a zone is taken as UTC. Always returned in UTC.
     std::optional<QDateTime> optionalDate(QLatin1StringView key);
+    QDateTime date(QLatin1StringView key);
+    bool boolean(QLatin1StringView key);
+    // Any of the usual spellings: with or without braces, either letter case.
+    QUuid uuid(QLatin1StringView key);
     QStringList stringList(QLatin1StringView key);
     std::optional<QJsonObject> optionalObject(QLatin1StringView key);
 

@@ -81,7 +81,7 @@ const std::vector<EnumKey> &enumKeys()
         {"playback.collage_layout", [](BundleManifest &m, const Value &v) { m.playback.emplace().collageLayout = v; },
             [](const Mapped &r) { return int(r.playback.collageLayout); },
             {{"flow", int(CollageLayout::flow)}, {"scatter", int(CollageLayout::scatter)},
-                {"varied", int(CollageLayout::varied)}},
+                {"varied", int(CollageLayout::collage)}},
             "flow", int(CollageLayout::flow)},
         {"playback.sort", [](BundleManifest &m, const Value &v) { m.playback.emplace().sort = v; },
             [](const Mapped &r) { return int(r.playback.sort); },
@@ -138,7 +138,7 @@ const std::vector<EnumKey> &enumKeys()
             [](BundleManifest &m, const Value &v) { setPerScreen(m, std::nullopt, v); },
             [](const Mapped &r) { return int(onlyScreen(r).preferredCollageLayout); },
             {{"flow", int(CollageLayout::flow)}, {"scatter", int(CollageLayout::scatter)},
-                {"varied", int(CollageLayout::varied)}},
+                {"varied", int(CollageLayout::collage)}},
             "flow", int(CollageLayout::flow)},
         {"branding.overlay.corner",
             [](BundleManifest &m, const Value &v) { m.branding.emplace().overlay.emplace().corner = v; },
@@ -332,7 +332,7 @@ TEST(ManifestMapper, ThreeBadPerScreenModesGiveThreeReports)
         EXPECT_EQ(r.display.preferredPerScreen[i].screenOrdinal, qint64(i));
         EXPECT_EQ(r.display.preferredPerScreen[i].preferredMode, DisplayMode::standard);
     }
-    EXPECT_EQ(r.display.preferredPerScreen[1].preferredCollageLayout, CollageLayout::varied);
+    EXPECT_EQ(r.display.preferredPerScreen[1].preferredCollageLayout, CollageLayout::collage);
 }
 
 TEST(ManifestMapper, ReadFromManifestText)

@@ -234,7 +234,7 @@ TEST(ExportOptions, EachOptionSetsItsOwnFieldAndNothingElse)
         {{"--no-loop"}, [](R &r) { r.playback.loop = false; }},
         {{"--reshuffle-on-loop"}, [](R &r) { r.playback.reshuffleOnLoop = true; }},
         {{"--mode", "collage"}, [](R &r) { r.playback.mode = DisplayMode::collage; }},
-        {{"--layout", "varied"}, [](R &r) { r.playback.collageLayout = CollageLayout::varied; }},
+        {{"--layout", "varied"}, [](R &r) { r.playback.collageLayout = CollageLayout::collage; }},
         {{"--crossfade"}, [](R &r) { r.playback.crossfade = true; }},
         {{"--no-crossfade"}, [](R &r) { r.playback.crossfade = false; }},
         {{"--transition-seconds", "0"}, [](R &r) { r.playback.transitionSeconds = 0.0; }},

@@ -1,0 +1,259 @@
+#include "slideshow/PreferenceStore.h"
+
+#include "support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace sorvane {
+namespace {
+
+// Same alternative and same value; a NaN equals a NaN, and 0.0 differs from -0.0.
+bool identical(const PreferenceValue &a, const PreferenceValue &b)
+{
+    if (a.index() != b.index())
+        return false;
+    if (const double *x = std::get_if<double>(&a)) {
+        const double y = std::get<double>(b);
+        return (std::isnan(*x) && std::isnan(y)) || (*x == y && std::signbit(*x) == std::signbit(y));
+    }
+    return a == b;
+}
+
+const char *typeName(const PreferenceValue &value)
+{
+    static const char *names[] = {"bool", "integer", "double", "string", "object", "array"};
+    return names[value.index()];
+}
+
+struct Stored {
+    const char *key;
+    PreferenceValue value;
+};
+
+std::vector<Stored> everyKindOfValue()
+{
+    const double inf = std::numeric_limits<double>::infinity();
+    return {
+        {"true", true},
+        {"false", false},
+        {"four", qint64(4)},
+        {"zero", qint64(0)},
+        {"negative", qint64(-17)},
+        {"largest", std::numeric_limits<qint64>::max()},
+        {"smallest", std::numeric_limits<qint64>::min()},
+        {"four point zero", 4.0},
+        {"zero point zero", 0.0},
+        {"negative zero", -0.0},
+        {"half", 0.5},
+        {"huge", 1e300},
+        {"tiny", 5e-324},
+        {"nan", std::numeric_limits<double>::quiet_NaN()},
+        {"infinity", inf},
+        {"negative infinity", -inf},
+        {"empty text", QString()},
+        {"text", QStringLiteral("Grüße, \"quoted\"\n")},
+        {"text that looks like a number", QStringLiteral("4")},
+        {"text that spells nan", QStringLiteral("nan")},
+        {"object", QJsonObject {{"intervalSeconds", 5}, {"loop", true}}},
+        {"empty object", QJsonObject {}},
+        {"array", QJsonArray {QJsonObject {{"id", "a"}}, 2, "three"}},
+        {"empty array", QJsonArray {}},
+    };
+}
+
+class PreferenceStoreTest : public testing::Test {
+protected:
+    QString folder() const { return m_dir.filePath(QStringLiteral("config/sorvane")); }
+    QString file() const { return QDir(folder()).filePath(QStringLiteral("preferences.json")); }
+    void writeFile(const QByteArray &bytes)
+    {
+        ASSERT_TRUE(QDir().mkpath(folder()));
+        ASSERT_TRUE(test::writeAll(file(), bytes));
+    }
+
+    QTemporaryDir m_dir;
+};
+
+TEST_F(PreferenceStoreTest, EveryValueComesBackWithItsTypeFromTheFile)
+{
+    {
+        PreferenceStore store(folder());
+        for (const Stored &entry : everyKindOfValue())
+            ASSERT_EQ(store.setValue(QString::fromUtf8(entry.key), entry.value), std::nullopt) << entry.key;
+    }
+    const PreferenceStore reopened(folder());
+    EXPECT_EQ(reopened.filePath(), file());
+    for (const Stored &entry : everyKindOfValue()) {
+        const std::optional<PreferenceValue> read = reopened.value(QString::fromUtf8(entry.key));
+        ASSERT_TRUE(read.has_value()) << entry.key;
+        EXPECT_TRUE(identical(*read, entry.value))
+            << entry.key << ": wrote a " << typeName(entry.value) << ", read a " << typeName(*read);
+    }
+}
+
+TEST_F(PreferenceStoreTest, TypedGettersAnswerOnlyForTheirOwnType)
+{
+    PreferenceStore store(folder());
+    ASSERT_EQ(store.setValues({{"bool", true}, {"integer", qint64(4)}, {"double", 4.0},
+                  {"string", QStringLiteral("true")}, {"object", QJsonObject {{"a", 1}}}, {"array", QJsonArray {1}}}),
+        std::nullopt);
+    const PreferenceStore s(folder());
+    struct Row {
+        const char *key;
+        bool isBool, isInteger, isDouble, isString, isObject, isArray;
+    };
+    const Row rows[] = {
+        {"bool", true, false, false, false, false, false},
+        {"integer", false, true, false, false, false, false},
+        {"double", false, false, true, false, false, false},
+        {"string", false, false, false, true, false, false},
+        {"object", false, false, false, false, true, false},
+        {"array", false, false, false, false, false, true},
+        {"missing", false, false, false, false, false, false},
+    };
+    for (const Row &row : rows) {
+        const QString key = QString::fromUtf8(row.key);
+        EXPECT_EQ(s.boolValue(key).has_value(), row.isBool) << row.key;
+        EXPECT_EQ(s.integerValue(key).has_value(), row.isInteger) << row.key;
+        EXPECT_EQ(s.doubleValue(key).has_value(), row.isDouble) << row.key;
+        EXPECT_EQ(s.stringValue(key).has_value(), row.isString) << row.key;
+        EXPECT_EQ(s.objectValue(key).has_value(), row.isObject) << row.key;
+        EXPECT_EQ(s.arrayValue(key).has_value(), row.isArray) << row.key;
+        EXPECT_EQ(s.contains(key), strcmp(row.key, "missing") != 0) << row.key;
+    }
+    EXPECT_EQ(s.boolValue(QStringLiteral("bool")), true);
+    EXPECT_EQ(s.integerValue(QStringLiteral("integer")), 4);
+    EXPECT_EQ(s.doubleValue(QStringLiteral("double")), 4.0);
+    EXPECT_EQ(s.stringValue(QStringLiteral("string")), QStringLiteral("true"));
+}
+
+TEST_F(PreferenceStoreTest, EachValueIsStoredWithItsTypeBesideIt)
+{
+    PreferenceStore store(folder());
+    ASSERT_EQ(store.setValues({{"i", qint64(4)}, {"d", 4.0}, {"b", false}}), std::nullopt);
+    const QJsonObject onDisk = QJsonDocument::fromJson(test::readAll(file())).object();
+    EXPECT_EQ(onDisk.value("i").toObject(), (QJsonObject {{"type", "integer"}, {"value", 4}}));
+    EXPECT_EQ(onDisk.value("d").toObject(), (QJsonObject {{"type", "double"}, {"value", 4}}));
+    EXPECT_EQ(onDisk.value("b").toObject(), (QJsonObject {{"type", "bool"}, {"value", false}}));
+}
+
+TEST_F(PreferenceStoreTest, ABrokenFileReadsAsEmptyAndStaysUntilTheNextWrite)
+{
+    const QByteArray broken[] = {
+        "{\"collage.flowScrollSpeed\": {\"type\": \"double\", \"value\": 3",
+        "[{\"type\": \"bool\", \"value\": true}]",
+        "\"just text\"",
+        "",
+        QByteArray("\xff\xfe\x00garbage", 10),
+    };
+    for (const QByteArray &bytes : broken) {
+        writeFile(bytes);
+        PreferenceStore store(folder());
+        EXPECT_FALSE(store.contains(QStringLiteral("collage.flowScrollSpeed"))) << bytes.toStdString();
+        EXPECT_EQ(test::readAll(file()), bytes) << "read alone must leave the file as it was";
+        EXPECT_EQ(store.remove(QStringLiteral("anything")), std::nullopt);
+        EXPECT_EQ(test::readAll(file()), bytes) << "removing nothing must leave the file as it was";
+
+        ASSERT_EQ(store.setValue(QStringLiteral("k"), qint64(1)), std::nullopt);
+        const PreferenceStore reopened(folder());
+        EXPECT_EQ(reopened.integerValue(QStringLiteral("k")), 1) << bytes.toStdString();
+    }
+}
+
+TEST_F(PreferenceStoreTest, EntriesItCannotReadAreMissingButKept)
+{
+    writeFile(R"({
+        "fraction as integer": {"type": "integer", "value": 4.5},
+        "number as bool": {"type": "bool", "value": 1},
+        "text as double": {"type": "double", "value": "four"},
+        "no type": {"value": true},
+        "newer type": {"type": "colour", "value": "#ff0000"},
+        "bare value": 5,
+        "good": {"type": "integer", "value": 7}
+    })");
+    PreferenceStore store(folder());
+    for (const char *key :
+        {"fraction as integer", "number as bool", "text as double", "no type", "newer type", "bare value"})
+        EXPECT_EQ(store.value(QString::fromUtf8(key)), std::nullopt) << key;
+    EXPECT_EQ(store.integerValue(QStringLiteral("good")), 7);
+
+    ASSERT_EQ(store.setValue(QStringLiteral("good"), qint64(8)), std::nullopt);
+    const QJsonObject onDisk = QJsonDocument::fromJson(test::readAll(file())).object();
+    EXPECT_EQ(onDisk.value("newer type").toObject().value("value"), QJsonValue("#ff0000"));
+    EXPECT_EQ(onDisk.value("bare value"), QJsonValue(5));
+    EXPECT_EQ(onDisk.size(), 7);
+}
+
+TEST_F(PreferenceStoreTest, TwoStoresOnOneFileKeepEachOthersKeys)
+{
+    PreferenceStore first(folder());
+    PreferenceStore second(folder());
+    ASSERT_EQ(first.setValue(QStringLiteral("com.vindra.tags"), QJsonArray {1}), std::nullopt);
+    ASSERT_EQ(second.setValue(QStringLiteral("collage.flowScrollSpeed"), 36.0), std::nullopt);
+    ASSERT_EQ(first.remove(QStringLiteral("nothing here")), std::nullopt);
+
+    const PreferenceStore reopened(folder());
+    EXPECT_EQ(reopened.arrayValue(QStringLiteral("com.vindra.tags")), QJsonArray {1});
+    EXPECT_EQ(reopened.doubleValue(QStringLiteral("collage.flowScrollSpeed")), 36.0);
+    EXPECT_EQ(second.arrayValue(QStringLiteral("com.vindra.tags")), QJsonArray {1});
+}
+
+TEST_F(PreferenceStoreTest, RemoveTakesTheKeyOutOfTheFile)
+{
+    PreferenceStore store(folder());
+    ASSERT_EQ(store.setValues({{"gone", true}, {"kept", true}}), std::nullopt);
+    ASSERT_EQ(store.remove(QStringLiteral("gone")), std::nullopt);
+    EXPECT_FALSE(store.contains(QStringLiteral("gone")));
+    const PreferenceStore reopened(folder());
+    EXPECT_FALSE(reopened.contains(QStringLiteral("gone")));
+    EXPECT_EQ(reopened.boolValue(QStringLiteral("kept")), true);
+}
+
+TEST_F(PreferenceStoreTest, NothingIsWrittenBeforeTheFirstChange)
+{
+    PreferenceStore store(folder());
+    EXPECT_FALSE(store.contains(QStringLiteral("x")));
+    EXPECT_EQ(store.remove(QStringLiteral("x")), std::nullopt);
+    EXPECT_FALSE(QFileInfo::exists(folder()));
+}
+
+TEST_F(PreferenceStoreTest, AFailedWriteChangesNothing)
+{
+    PreferenceStore store(folder());
+    ASSERT_EQ(store.setValue(QStringLiteral("k"), qint64(1)), std::nullopt);
+
+    // The file's place is taken by a folder, so the replacement cannot be renamed into it.
+    ASSERT_TRUE(QFile::remove(file()));
+    ASSERT_TRUE(QDir().mkpath(file()));
+    const std::optional<QString> error = store.setValues({{"k", qint64(2)}, {"other", true}});
+    ASSERT_TRUE(error.has_value());
+    EXPECT_FALSE(error->isEmpty());
+    EXPECT_EQ(store.integerValue(QStringLiteral("k")), 1);
+    EXPECT_FALSE(store.contains(QStringLiteral("other")));
+
+    // A folder where the preferences folder should be: nothing can be created.
+    const QString blocked = m_dir.filePath(QStringLiteral("blocked"));
+    ASSERT_TRUE(test::writeAll(blocked, "not a folder"));
+    PreferenceStore nowhere(QDir(blocked).filePath(QStringLiteral("sub")));
+    EXPECT_TRUE(nowhere.setValue(QStringLiteral("k"), true).has_value());
+    EXPECT_FALSE(nowhere.contains(QStringLiteral("k")));
+}
+
+TEST_F(PreferenceStoreTest, AnUnreadableFileReadsAsEmpty)
+{
+    ASSERT_TRUE(QDir().mkpath(file()));
+    const PreferenceStore store(folder());
+    EXPECT_FALSE(store.contains(QStringLiteral("k")));
+}
+
+} // namespace
+} // namespace sorvane
