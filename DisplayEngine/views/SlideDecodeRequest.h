@@ -16,6 +16,10 @@ struct SlideDecodeRequest {
     QSize target;
     ImageScalingMode scaling = ImageScalingMode::fitToScreen;
     ImageFilter filter = ImageFilter::none;
+    // Most memory the decode may take for one image; pictures that would need more are refused.
+    int allocationLimitMiB = kDefaultAllocationLimitMiB;
+
+    static constexpr int kDefaultAllocationLimitMiB = 256;
 
     friend bool operator==(const SlideDecodeRequest &, const SlideDecodeRequest &) = default;
 };

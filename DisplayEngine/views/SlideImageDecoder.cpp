@@ -134,7 +134,9 @@ SlideDecodeResult SlideImageDecoder::decode(const SlideDecodeRequest &request)
     // Files on other people's sticks are often misnamed: trust the bytes, not the suffix.
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
-    reader.setAllocationLimit(kAllocationLimitMiB);
+    // Qt reads 0 as no limit at all; an unset or nonsense limit gets the default instead.
+    const int allocationLimitMiB = request.allocationLimitMiB > 0 ? request.allocationLimitMiB : kAllocationLimitMiB;
+    reader.setAllocationLimit(allocationLimitMiB);
 
     // The header's size, before orientation. QSize() when the header is unreadable (read()
     // then reports why) or the format does not tell (the allocation limit still holds).
@@ -156,7 +158,7 @@ SlideDecodeResult SlideImageDecoder::decode(const SlideDecodeRequest &request)
             result.error = QString::fromLatin1(kTooLarge);
             return result;
         }
-        const qint64 limitBytes = qint64(kAllocationLimitMiB) * 1024 * 1024;
+        const qint64 limitBytes = qint64(allocationLimitMiB) * 1024 * 1024;
         if (format == "jpeg" && jpegCoefficientBytes(request.path, stored) > limitBytes) {
             result.error = QString::fromLatin1(kTooLarge);
             return result;

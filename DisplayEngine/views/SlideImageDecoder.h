@@ -12,8 +12,8 @@ namespace sorvane {
 // anything is allocated. Stateless: safe to call from any number of threads at once.
 class SlideImageDecoder {
 public:
-    // Most memory one decoded image may take.
-    static constexpr int kAllocationLimitMiB = 256;
+    // Most memory one decoded image may take, unless the request says otherwise.
+    static constexpr int kAllocationLimitMiB = SlideDecodeRequest::kDefaultAllocationLimitMiB;
     // Largest picture accepted, in pixels, whatever size it is decoded at.
     static constexpr qint64 kMaxSourcePixels = qint64(1) << 28;
 

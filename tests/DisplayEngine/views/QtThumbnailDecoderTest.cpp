@@ -1,0 +1,165 @@
+#include "views/QtThumbnailDecoder.h"
+
+#include "TestImages.h"
+#include "support/TestFiles.h"
+#include "views/QtDecodedThumbnail.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QTemporaryDir>
+#include <QUrl>
+
+namespace sorvane {
+namespace {
+
+using test::encoded;
+using test::halves;
+
+class QtThumbnailDecoderTest : public ::testing::Test {
+protected:
+    QUrl write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = dir.filePath(name);
+        EXPECT_TRUE(test::writeAll(path, bytes)) << path.toStdString();
+        return QUrl::fromLocalFile(path);
+    }
+
+    // The decoded pixels; a null image when the result holds none.
+    static QImage imageOf(const ThumbnailResult &result)
+    {
+        const auto *decoded = dynamic_cast<const QtDecodedThumbnail *>(result.thumbnail.get());
+        EXPECT_NE(decoded, nullptr);
+        return decoded ? decoded->image() : QImage();
+    }
+
+    QTemporaryDir dir;
+};
+
+struct FitCase {
+    const char *name;
+    const char *format;
+    QSize source;
+    QSize tile;
+    QSize expected;
+};
+
+TEST_F(QtThumbnailDecoderTest, FitsThePictureInsideTheTileWithoutEnlargingIt)
+{
+    const FitCase cases[] = {
+        {"landscape jpeg", "jpg", {1600, 1200}, {256, 256}, {256, 192}},
+        {"portrait png", "png", {600, 800}, {256, 256}, {192, 256}},
+        {"wide tile", "jpg", {800, 600}, {300, 100}, {133, 100}},
+        {"webp", "webp", {800, 400}, {200, 200}, {200, 100}},
+        {"smaller than the tile", "png", {100, 50}, {256, 256}, {100, 50}},
+    };
+    QtThumbnailDecoder decoder;
+    for (const FitCase &c : cases) {
+        SCOPED_TRACE(c.name);
+        const QUrl url = write(QStringLiteral("picture"), encoded(halves(c.source), c.format));
+        const ThumbnailResult result = decoder.decode(url, c.tile);
+        ASSERT_TRUE(result.ok()) << result.error.toStdString();
+        EXPECT_EQ(result.size(), c.expected);
+        EXPECT_EQ(imageOf(result).size(), c.expected);
+        // The cache charges this: at least the bytes of the pixels it keeps.
+        EXPECT_GE(result.thumbnail->cost(), qint64(c.expected.width()) * c.expected.height() * 3);
+    }
+}
+
+TEST_F(QtThumbnailDecoderTest, DecodesALargePhotoAtTileSizeWithoutHoldingItWhole)
+{
+    // A real 8000 x 6000 JPEG, written from a 1-bit picture so the test itself stays small:
+    // black left half, white right half.
+    QImage picture(8000, 6000, QImage::Format_Mono);
+    picture.fill(1);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width() / 2; ++x)
+            picture.setPixel(x, y, 0);
+    }
+    picture.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+    const QUrl url = write(QStringLiteral("camera.jpg"), encoded(picture, "jpg"));
+    picture = QImage();
+
+    // 16 MiB cannot hold the whole picture (183 MiB), only what a reduced-scale decode allocates.
+    QtThumbnailDecoder decoder(16);
+    const ThumbnailResult tile = decoder.decode(url, {256, 256});
+    ASSERT_TRUE(tile.ok()) << tile.error.toStdString();
+    EXPECT_EQ(tile.size(), QSize(256, 192));
+    const QImage image = imageOf(tile);
+    EXPECT_LT(qGray(image.pixel(10, 96)), 40);
+    EXPECT_GT(qGray(image.pixel(245, 96)), 215);
+
+    // The limit is what the tile decode stayed within: the whole picture does not fit in it.
+    EXPECT_FALSE(decoder.decode(url, {8000, 6000}).ok());
+}
+
+TEST_F(QtThumbnailDecoderTest, TurnsPicturesUpright)
+{
+    const QByteArray landscape = encoded(halves({400, 200}), "jpg");
+    QtThumbnailDecoder decoder;
+
+    // Orientation 6: a quarter turn clockwise, so the stored left half ends up on top.
+    const ThumbnailResult turned
+        = decoder.decode(write(QStringLiteral("turned.jpg"), test::withExifOrientation(landscape, 6)), {100, 100});
+    ASSERT_TRUE(turned.ok()) << turned.error.toStdString();
+    ASSERT_EQ(turned.size(), QSize(50, 100));
+    const QImage image = imageOf(turned);
+    EXPECT_GT(qRed(image.pixel(25, 5)), 200);
+    EXPECT_LT(qBlue(image.pixel(25, 5)), 60);
+    EXPECT_GT(qBlue(image.pixel(25, 95)), 200);
+    EXPECT_LT(qRed(image.pixel(25, 95)), 60);
+
+    // Orientation 3: upside down, so red ends up on the right.
+    const ThumbnailResult flipped
+        = decoder.decode(write(QStringLiteral("flipped.jpg"), test::withExifOrientation(landscape, 3)), {100, 100});
+    ASSERT_TRUE(flipped.ok()) << flipped.error.toStdString();
+    ASSERT_EQ(flipped.size(), QSize(100, 50));
+    EXPECT_GT(qRed(imageOf(flipped).pixel(95, 25)), 200);
+    EXPECT_GT(qBlue(imageOf(flipped).pixel(5, 25)), 200);
+}
+
+struct RefusedCase {
+    const char *name;
+    QUrl url;
+    QSize tile;
+    // The exact error, when it is this program's own; else any error will do.
+    const char *error;
+};
+
+TEST_F(QtThumbnailDecoderTest, RefusesBombsAndWhatIsNoLocalPicture)
+{
+    const QUrl photo = write(QStringLiteral("photo.png"), encoded(halves({64, 64}), "png"));
+    const RefusedCase cases[] = {
+        {"png claiming 50000 x 50000", write(QStringLiteral("bomb.png"), test::pngClaiming(50000, 50000)), {256, 256},
+            "image is too large to show"},
+        // Within the pixel count, but a PNG decodes whole before it is scaled: over the memory limit.
+        {"png claiming 16384 x 16384", write(QStringLiteral("wide.png"), test::pngClaiming(16384, 16384)), {256, 256},
+            nullptr},
+        // A sequential JPEG streams, but asked for whole it needs 550 MiB at once.
+        {"jpeg claiming 12000 x 12000, whole",
+            write(
+                QStringLiteral("claims.jpg"), test::claimingJpegSize(encoded(halves({64, 64}), "jpg"), {12000, 12000})),
+            {12000, 12000}, nullptr},
+        {"missing file", QUrl::fromLocalFile(dir.filePath(QStringLiteral("missing.jpg"))), {256, 256}, nullptr},
+        {"not a picture", write(QStringLiteral("notes.jpg"), "just some notes\n"), {256, 256}, nullptr},
+        {"remote address", QUrl(QStringLiteral("https://example.com/photo.png")), {256, 256}, "not a local file"},
+        {"no tile size", photo, {0, 0}, "thumbnail size must be positive"},
+    };
+    for (const int limitMiB : {SlideDecodeRequest::kDefaultAllocationLimitMiB, 0}) {
+        // 0 would mean no limit at all to the image reader; it must fall back to the default.
+        QtThumbnailDecoder decoder(limitMiB);
+        for (const RefusedCase &c : cases) {
+            SCOPED_TRACE(::testing::Message() << c.name << ", limit " << limitMiB);
+            const ThumbnailResult result = decoder.decode(c.url, c.tile);
+            EXPECT_FALSE(result.ok());
+            EXPECT_EQ(result.thumbnail, nullptr);
+            EXPECT_FALSE(result.error.isEmpty());
+            if (c.error)
+                EXPECT_EQ(result.error.toStdString(), c.error);
+        }
+    }
+    EXPECT_TRUE(QtThumbnailDecoder().decode(photo, {256, 256}).ok());
+}
+
+} // namespace
+} // namespace sorvane
