@@ -21,7 +21,7 @@ if [[ ! -f "$BUILD_DIR/build.ninja" ]]; then
         -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang -DSORVANE_BUILD_TESTS=OFF
 fi
 PLAYER_BENCH=${PLAYER_BENCH:-1}
-targets=(bench_open bench_make_photos sorvane)
+targets=(bench_open bench_make_photos bench_flow_frame sorvane)
 [[ "$PLAYER_BENCH" == 0 ]] || targets+=(SorvanePlayer)
 cmake --build "$BUILD_DIR" --target "${targets[@]}"
 
@@ -31,6 +31,10 @@ trap 'rm -rf "$logs"' EXIT
 echo
 echo "== Opening a bundle (bench_open) =="
 "$BUILD_DIR/bin/bench_open" --runs "$RUNS" | tee "$logs/open"
+
+echo
+echo "== One Flow wall frame (bench_flow_frame) =="
+"$BUILD_DIR/bin/bench_flow_frame" | tee "$logs/flow"
 
 echo
 echo "== Full verification (sha256_vs_openssl.sh) =="
@@ -55,6 +59,7 @@ echo "machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -
 echo "load average now: $(cut -d' ' -f1-3 /proc/loadavg) (figures are noisy when other work runs)"
 grep -E '^open median' "$logs/open"
 grep -E '^ +(JSON parse|manifest build|file checks|play order)' "$logs/open"
+grep -E '^frame median' "$logs/flow"
 grep -E 'median .*GB/s|^ratio' "$logs/sha"
 grep -E '^ratio ours/baseline|^peak resident' "$logs/export"
 if [[ "$PLAYER_BENCH" != 0 ]]; then
