@@ -1,0 +1,310 @@
+#include "collage/CollageWallModel.h"
+
+#include "collage/CollageCoordinator.h"
+#include "collage/CollageSlideshowSettingsStore.h"
+#include "collage/CollageVariedTemplate.h"
+#include "collage/CollageWall.h"
+#include "slideshow/Clock.h"
+
+#include <QRectF>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <algorithm>
+#include <limits>
+
+namespace sorvane {
+
+namespace {
+
+CollageWallSettings wallSettings(const CollageSlideshowSettings &settings)
+{
+    CollageWallSettings paced;
+    paced.imageChangeInterval = settings.imageChangeInterval;
+    paced.shuffleVariedLayout = settings.shuffleVariedLayout;
+    paced.variedLayoutInterval = settings.variedLayoutInterval;
+    paced.flowTilesPerChange
+        = int(std::min<qint64>(CollageSlideshowSettings::clampFlowTilesPerChange(settings.flowTilesPerChange),
+            qint64(std::numeric_limits<int>::max())));
+    paced.flowStaggerSwaps = settings.flowStaggerSwaps;
+    return paced;
+}
+
+} // namespace
+
+CollageWallModel::CollageWallModel(const Clock &clock, TimerScheduler &timers, quint64 seed, QObject *parent)
+    : QObject(parent), m_clock(clock), m_timers(timers), m_seed(seed)
+{
+}
+
+CollageWallModel::~CollageWallModel()
+{
+    if (m_ticker)
+        m_timers.cancel(*m_ticker);
+}
+
+void CollageWallModel::setPool(const QList<ImageItem> &pool, qint64 poolGeneration)
+{
+    m_pool = pool;
+    if (m_poolGeneration != poolGeneration) {
+        m_poolGeneration = poolGeneration;
+        Q_EMIT poolGenerationChanged();
+    }
+    if (m_wall)
+        build(false);
+}
+
+void CollageWallModel::setLayout(CollageLayout layout)
+{
+    if (layout == m_layout)
+        return;
+    m_layout = layout;
+    Q_EMIT layoutChanged();
+    if (m_wall)
+        build(false);
+}
+
+void CollageWallModel::setRole(CollageRole role)
+{
+    if (role == m_role)
+        return;
+    m_role = role;
+    Q_EMIT roleChanged();
+    if (m_wall) {
+        m_wall->setRole(role);
+        // A new follower copies the leader's content at once.
+        publish();
+    }
+}
+
+void CollageWallModel::setCoordinator(CollageCoordinator *coordinator)
+{
+    if (coordinator == m_coordinator)
+        return;
+    m_coordinator = coordinator;
+    // The wall joins its coordinator only when it is built.
+    if (m_wall)
+        build(false);
+}
+
+void CollageWallModel::setSettingsStore(CollageSlideshowSettingsStore *store)
+{
+    QObject::disconnect(m_storeConnection);
+    m_store = store;
+    if (store) {
+        m_storeConnection
+            = connect(store, &CollageSlideshowSettingsStore::settingsChanged, this, &CollageWallModel::applySettings);
+    }
+    applySettings();
+}
+
+void CollageWallModel::setPaused(bool paused)
+{
+    if (paused == m_paused)
+        return;
+    m_paused = paused;
+    Q_EMIT pausedChanged();
+}
+
+void CollageWallModel::setExternalInteractionAt(double at)
+{
+    if (at == m_externalInteractionAt)
+        return;
+    m_externalInteractionAt = at;
+    if (m_wall)
+        m_wall->noteInteraction(at);
+    Q_EMIT externalInteractionAtChanged();
+}
+
+CollageWallState CollageWallModel::wallState() const
+{
+    return m_wall ? m_wall->state() : CollageWallState {};
+}
+
+bool CollageWallModel::appear()
+{
+    const bool restored = build(true);
+    startTicker();
+    return restored;
+}
+
+void CollageWallModel::capture()
+{
+    stopTicker();
+    if (m_wall)
+        Q_EMIT wallCaptured(m_wall->capture());
+}
+
+void CollageWallModel::menuOpened(const QString &menuId)
+{
+    const bool wasOpen = isMenuOpen();
+    m_openMenus.insert(menuId);
+    if (!wasOpen)
+        Q_EMIT menuOpenChanged();
+}
+
+void CollageWallModel::menuClosed(const QString &menuId)
+{
+    if (m_openMenus.remove(menuId) && m_openMenus.isEmpty())
+        Q_EMIT menuOpenChanged();
+}
+
+void CollageWallModel::toggleFlowAutoCycle()
+{
+    if (m_store)
+        m_store->toggle(CollageSlideshowSettingsStore::Flag::flowAutoCycleTiles);
+}
+
+void CollageWallModel::noteInputEvent(double at)
+{
+    m_lastInputEventAt = std::max(m_lastInputEventAt, at);
+}
+
+bool CollageWallModel::clickTile(int slot, bool rightHalf, double at)
+{
+    // Compared as an instant, so a click exactly at the end of the guard counts.
+    if (at < m_lastInputEventAt + clickInputGuard)
+        return false;
+    noteInteraction(at);
+    return m_wall && m_wall->stepSlot(slot, rightHalf ? CollageWallStep::forward : CollageWallStep::back);
+}
+
+bool CollageWallModel::doubleClickTile(int slot)
+{
+    if (!m_wall || slot < 0 || slot >= m_wall->state().slots.size())
+        return false;
+    const QUuid item = m_wall->state().slots[slot];
+    if (item.isNull())
+        return false;
+    noteInteraction(m_clock.monotonicSeconds());
+    // The host must be able to return to this very wall.
+    capture();
+    Q_EMIT drillIn(item);
+    return true;
+}
+
+bool CollageWallModel::step(CollageWallStep step)
+{
+    noteInteraction(m_clock.monotonicSeconds());
+    return m_wall && m_wall->step(step);
+}
+
+void CollageWallModel::seedFlow(
+    const QList<int> &columnOf, double width, double height, int columns, FlowOrientation orientation)
+{
+    if (m_wall)
+        m_wall->seedFlow(columnOf, width, height, columns, orientation);
+}
+
+void CollageWallModel::setAspect(const QUuid &item, double aspect)
+{
+    if (m_wall)
+        m_wall->setAspect(item, aspect);
+}
+
+bool CollageWallModel::build(bool tryRestore)
+{
+    // Leave the old wall's coordinator before the new one joins it.
+    m_wall.reset();
+    m_wall = std::make_unique<CollageWall>(m_layout, m_pool, m_poolGeneration, m_seed, m_role, m_coordinator.data());
+    applySettings();
+    m_wall->noteInteraction(m_lastInteractionAt);
+    m_wall->noteInteraction(m_externalInteractionAt);
+    const bool restored = tryRestore && m_restoreWall && m_wall->restore(*m_restoreWall);
+    m_wall->setChangeHandler([this](CollageMutationKind kind, const CollageAnimation &animation) {
+        publish();
+        Q_EMIT wallChanged(kind, animation);
+    });
+    publish();
+    return restored;
+}
+
+void CollageWallModel::startTicker()
+{
+    if (m_ticker)
+        return;
+    m_lastTickAt = m_clock.monotonicSeconds();
+    m_ticker = m_timers.scheduleRepeating(heartbeat, [this] { onTick(); });
+    Q_EMIT runningChanged();
+}
+
+void CollageWallModel::stopTicker()
+{
+    if (!m_ticker)
+        return;
+    m_timers.cancel(*m_ticker);
+    m_ticker.reset();
+    Q_EMIT runningChanged();
+}
+
+void CollageWallModel::onTick()
+{
+    const double now = m_clock.monotonicSeconds();
+    const double elapsed = std::max(0.0, now - m_lastTickAt);
+    m_lastTickAt = now;
+    if (m_wall)
+        m_wall->tick(elapsed, now, m_paused || isMenuOpen());
+}
+
+void CollageWallModel::noteInteraction(double at)
+{
+    if (m_wall)
+        m_wall->noteInteraction(at);
+    if (at <= m_lastInteractionAt)
+        return;
+    m_lastInteractionAt = at;
+    Q_EMIT lastInteractionAtChanged();
+}
+
+void CollageWallModel::applySettings()
+{
+    if (m_wall)
+        m_wall->setSettings(m_store ? wallSettings(m_store->settings()) : CollageWallSettings {});
+}
+
+void CollageWallModel::publish()
+{
+    const CollageWallState &state = m_wall->state();
+
+    QVariantList tiles;
+    for (qsizetype slot = 0; slot < state.slots.size(); ++slot) {
+        const QUuid &id = state.slots[slot];
+        const ImageItem *item = m_wall->item(id);
+        tiles.append(QVariantMap {{QStringLiteral("slot"), int(slot)},
+            {QStringLiteral("itemId"), id.toString(QUuid::WithoutBraces)},
+            {QStringLiteral("url"), item ? item->url() : QUrl()}});
+    }
+    if (tiles != m_tiles) {
+        m_tiles = tiles;
+        Q_EMIT tilesChanged();
+    }
+
+    QVariantList drops;
+    for (const CollageDrop &drop : state.drops) {
+        drops.append(QVariantMap {{QStringLiteral("itemId"), drop.item.id().toString(QUuid::WithoutBraces)},
+            {QStringLiteral("url"), drop.item.url()}, {QStringLiteral("x"), drop.unit.x()},
+            {QStringLiteral("y"), drop.unit.y()}, {QStringLiteral("rotation"), drop.rotation},
+            {QStringLiteral("scale"), drop.scale}});
+    }
+    if (drops != m_drops) {
+        m_drops = drops;
+        Q_EMIT dropsChanged();
+    }
+
+    if (state.variantIndex != m_variantIndex) {
+        m_variantIndex = state.variantIndex;
+        Q_EMIT variantIndexChanged();
+    }
+
+    QVariantList rects;
+    if (state.layout == CollageLayout::collage) {
+        for (const QRectF &rect : CollageVariedTemplate::variant(state.variantIndex))
+            rects.append(rect);
+    }
+    if (rects != m_variedRects) {
+        m_variedRects = rects;
+        Q_EMIT variedRectsChanged();
+    }
+}
+
+} // namespace sorvane
