@@ -1,5 +1,7 @@
 #pragma once
 
+#include "collage/CollageSlideshowSettings.h"
+
 namespace sorvane {
 
 // Fixed tuning of the Flow wall. Distances are in points, times in seconds.
@@ -20,15 +22,16 @@ struct FlowTuning {
     // Seeding adds this many tiles per strip beyond those that fill the screen.
     static constexpr int flowExtraTiles = 4;
 
-    // Scroll speed in points per second: the default and the range the wall accepts.
+    // Scroll speed in points per second: the default and the range the wall accepts
+    // (the bounds are the settings' own, so the two can never disagree).
     static constexpr double flowDefaultScrollSpeed = 18.0;
-    static constexpr double flowMinScrollSpeed = 6.0;
-    static constexpr double flowMaxScrollSpeed = 72.0;
+    static constexpr double flowMinScrollSpeed = CollageSlideshowSettings::minFlowScrollSpeed;
+    static constexpr double flowMaxScrollSpeed = CollageSlideshowSettings::maxFlowScrollSpeed;
     // Pause after a pointer movement: the default and the range the wall accepts.
     static constexpr double flowDefaultPointerPause = 0.5;
-    static constexpr double flowMaxPointerPause = 5.0;
+    static constexpr double flowMaxPointerPause = CollageSlideshowSettings::maxFlowScrollPointerPause;
     // The user's offset to the computed strip count is kept within ± this.
-    static constexpr int flowMaxColumnAdjustment = 6;
+    static constexpr int flowMaxColumnAdjustment = int(CollageSlideshowSettings::maxFlowColumnAdjustment);
 
     // With automatic cycling on, one more tile is replaced per this many seconds of scrolling.
     static constexpr double flowRecycleInterval = 1.5;
