@@ -187,7 +187,13 @@ class PlayerTestCase(unittest.TestCase):
                 self.assertEqual(band.count_brighter(40), 0, "nothing but the words should be lit")
         self.assert_one_window_per_screen(x, TWO_SCREENS)
 
+    def keys_reach(self, player):
+        """Keys sent before the show's windows are mapped go to the root window and are lost."""
+        if player.find(r"^Playing on"):
+            player.wait_line(r"^(First photo on screen after \d+ ms|Holding on \d+ screen\(s\))$", 10)
+
     def assert_quits(self, player, *keys, x):
+        self.keys_reach(player)
         x.key(*keys)
         self.assertEqual(player.wait_exit(QUIT_SECONDS), 0, player.tail())
         self.assertIsNotNone(player.find(r"^Quitting$"), player.tail())
@@ -202,6 +208,7 @@ class PlayerTestCase(unittest.TestCase):
         return self.press_and_see(x, player, "Left", rf"^Showing item {SUITE.video_id} \(video\)")
 
     def press_and_see(self, x, player, key, pattern=SHOWING, timeout=5):
+        self.keys_reach(player)
         mark = player.mark()
         x.key(key)
         return player.wait_line(pattern, timeout, mark)
