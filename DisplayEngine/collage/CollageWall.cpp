@@ -237,6 +237,25 @@ bool CollageWall::stepSlot(qsizetype slot, CollageWallStep step)
     return true;
 }
 
+bool CollageWall::retire(const QUuid &item)
+{
+    m_deck.retire(item);
+    bool changedWall = false;
+    for (qsizetype slot = 0; slot < m_state.slots.size(); ++slot) {
+        if (m_state.slots[slot] != item)
+            continue;
+        const std::optional<ImageItem> incoming = m_deck.deal(onScreen(), m_random);
+        m_state.slots[slot] = incoming ? incoming->id() : QUuid();
+        changedWall = true;
+    }
+    // A photo that cannot be drawn is simply taken off the table.
+    if (m_state.drops.removeIf([&item](const CollageDrop &drop) { return drop.item.id() == item; }) > 0)
+        changedWall = true;
+    if (changedWall)
+        changed(contentKind());
+    return changedWall;
+}
+
 bool CollageWall::isVaried() const
 {
     // Varied is the one layout that is neither of the others.

@@ -77,6 +77,9 @@ public:
     bool step(CollageWallStep step);
     // Through one slot's own history; forward past its end brings a new item.
     bool stepSlot(qsizetype slot, CollageWallStep step);
+    // An item that cannot be shown leaves the deal for good and every place on the wall
+    // that holds it takes the next item, so no hole stays. Returns whether the wall changed.
+    bool retire(const QUuid &item);
 
 private:
     bool isVaried() const;

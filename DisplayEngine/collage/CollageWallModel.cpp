@@ -4,6 +4,9 @@
 #include "collage/CollageSlideshowSettingsStore.h"
 #include "collage/CollageVariedTemplate.h"
 #include "collage/CollageWall.h"
+#include "collage/FlowSeeder.h"
+#include "collage/FlowTuning.h"
+#include "collage/FlowWallDriver.h"
 #include "slideshow/Clock.h"
 
 #include <QRectF>
@@ -11,6 +14,7 @@
 #include <QVariantMap>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace sorvane {
@@ -33,7 +37,11 @@ CollageWallSettings wallSettings(const CollageSlideshowSettings &settings)
 } // namespace
 
 CollageWallModel::CollageWallModel(const Clock &clock, TimerScheduler &timers, quint64 seed, QObject *parent)
-    : QObject(parent), m_clock(clock), m_timers(timers), m_seed(seed)
+    : QObject(parent)
+    , m_clock(clock)
+    , m_timers(timers)
+    , m_seed(seed)
+    , m_flow(std::make_unique<FlowWallDriver>(clock, timers))
 {
 }
 
@@ -98,11 +106,30 @@ void CollageWallModel::setSettingsStore(CollageSlideshowSettingsStore *store)
     applySettings();
 }
 
+void CollageWallModel::setOrientationOverride(std::optional<FlowOrientation> orientation)
+{
+    if (orientation == m_orientationOverride)
+        return;
+    m_orientationOverride = orientation;
+    applySettings();
+}
+
+void CollageWallModel::setViewport(double width, double height)
+{
+    if (width == m_viewWidth && height == m_viewHeight)
+        return;
+    m_viewWidth = width;
+    m_viewHeight = height;
+    layoutFlow();
+    publishFlow();
+}
+
 void CollageWallModel::setPaused(bool paused)
 {
     if (paused == m_paused)
         return;
     m_paused = paused;
+    m_flow->setWallPaused(paused);
     Q_EMIT pausedChanged();
 }
 
@@ -189,17 +216,35 @@ bool CollageWallModel::step(CollageWallStep step)
     return m_wall && m_wall->step(step);
 }
 
-void CollageWallModel::seedFlow(
-    const QList<int> &columnOf, double width, double height, int columns, FlowOrientation orientation)
+QList<qreal> CollageWallModel::flowOffsets() const
 {
-    if (m_wall)
-        m_wall->seedFlow(columnOf, width, height, columns, orientation);
+    std::vector<double> positions;
+    m_flow->positions(positions);
+    return QList<qreal>(positions.cbegin(), positions.cend());
 }
 
-void CollageWallModel::setAspect(const QUuid &item, double aspect)
+void CollageWallModel::pointerMoved()
 {
-    if (m_wall)
-        m_wall->setAspect(item, aspect);
+    if (m_layout == CollageLayout::flow)
+        m_flow->pointerMoved();
+}
+
+void CollageWallModel::reportAspect(const QString &itemId, double aspect)
+{
+    const QUuid id(itemId);
+    if (!m_wall || id.isNull() || !std::isfinite(aspect) || aspect <= 0)
+        return;
+    if (m_wall->state().flowAspect.value(id, -1.0) == aspect)
+        return;
+    m_wall->setAspect(id, aspect);
+    publishFlow();
+}
+
+void CollageWallModel::tileFailed(const QString &itemId)
+{
+    const QUuid id(itemId);
+    if (m_wall && !id.isNull())
+        m_wall->retire(id);
 }
 
 bool CollageWallModel::build(bool tryRestore)
@@ -215,6 +260,7 @@ bool CollageWallModel::build(bool tryRestore)
         publish();
         Q_EMIT wallChanged(kind, animation);
     });
+    layoutFlow();
     publish();
     return restored;
 }
@@ -242,8 +288,14 @@ void CollageWallModel::onTick()
     const double now = m_clock.monotonicSeconds();
     const double elapsed = std::max(0.0, now - m_lastTickAt);
     m_lastTickAt = now;
-    if (m_wall)
-        m_wall->tick(elapsed, now, m_paused || isMenuOpen());
+    if (!m_wall)
+        return;
+    const bool holdStill = m_paused || isMenuOpen();
+    m_wall->tick(elapsed, now, holdStill);
+    // Auto-cycling replaces tiles while the strips scroll, between the timed changes.
+    if (m_layout == CollageLayout::flow && !holdStill && m_role != CollageRole::mirrorFollower
+        && m_flow->autoCycleDue(elapsed))
+        m_wall->advance(1);
 }
 
 void CollageWallModel::noteInteraction(double at)
@@ -258,8 +310,68 @@ void CollageWallModel::noteInteraction(double at)
 
 void CollageWallModel::applySettings()
 {
-    if (m_wall)
-        m_wall->setSettings(m_store ? wallSettings(m_store->settings()) : CollageWallSettings {});
+    const CollageSlideshowSettings settings = m_store ? m_store->settings() : CollageSlideshowSettings {};
+    m_flow->setSettings(settings, m_store && m_store->flowScrollReversed(), m_store && m_store->flowScrollPaused(),
+        m_orientationOverride);
+    if (!m_wall)
+        return;
+    m_wall->setSettings(m_store ? wallSettings(settings) : CollageWallSettings {});
+    // A new column adjustment or orientation reseeds the strips.
+    layoutFlow();
+    publishFlow();
+}
+
+void CollageWallModel::layoutFlow()
+{
+    if (!m_wall || m_layout != CollageLayout::flow)
+        return;
+    const FlowLayoutInput input = m_flow->layoutInput(m_viewWidth, m_viewHeight);
+    const CollageWallState &state = m_wall->state();
+    if (!FlowSeeder::needsReseed(state.flowSeededWidth, state.flowSeededHeight, state.flowSeededColumns,
+            state.flowOrientation, input))
+        return;
+    const FlowSeedResult result = FlowSeeder::seed(input, m_pool.size(), [this](int slot) {
+        const QUuid item = m_wall->flowSlotItem(slot);
+        return m_wall->state().flowAspect.value(item, FlowTuning::flowDefaultAspect);
+    });
+    if (result.columns != m_flowColumnCount) {
+        m_flowColumnCount = result.columns;
+        Q_EMIT flowColumnCountChanged();
+    }
+    if (result.seed) {
+        const FlowSeed &seed = *result.seed;
+        m_wall->seedFlow(seed.flowColumnOf, seed.flowSeededWidth, seed.flowSeededHeight, seed.flowSeededColumns,
+            seed.flowOrientation);
+    }
+}
+
+void CollageWallModel::publishFlow()
+{
+    QVariantList strips;
+    if (m_wall && m_layout == CollageLayout::flow) {
+        const CollageWallState &state = m_wall->state();
+        m_flow->update(state, m_viewWidth, m_viewHeight);
+        for (const FlowScrollColumn &column : m_flow->columns()) {
+            QVariantList tiles;
+            for (size_t k = 0; k < column.itemIds.size(); ++k) {
+                const ImageItem *item = m_wall->item(column.itemIds[k]);
+                tiles.append(QVariantMap {{QStringLiteral("slot"), column.slotIndices[k]},
+                    {QStringLiteral("itemId"), column.itemIds[k].toString(QUuid::WithoutBraces)},
+                    {QStringLiteral("url"), item ? item->url() : QUrl()},
+                    {QStringLiteral("start"), column.tileStart(k)},
+                    {QStringLiteral("length"), column.tileLengths()[k]}});
+            }
+            strips.append(QVariantMap {{QStringLiteral("index"), column.columnIndex},
+                {QStringLiteral("thickness"), column.columnWidth},
+                {QStringLiteral("crossStart"), column.spacing + column.columnIndex * (column.columnWidth + column.spacing)},
+                {QStringLiteral("cycle"), column.cycleLength()}, {QStringLiteral("copies"), column.copies},
+                {QStringLiteral("horizontal"), column.horizontal}, {QStringLiteral("tiles"), tiles}});
+        }
+    }
+    if (strips != m_flowStrips) {
+        m_flowStrips = strips;
+        Q_EMIT flowStripsChanged();
+    }
 }
 
 void CollageWallModel::publish()
@@ -305,6 +417,7 @@ void CollageWallModel::publish()
         m_variedRects = rects;
         Q_EMIT variedRectsChanged();
     }
+    publishFlow();
 }
 
 } // namespace sorvane

@@ -24,6 +24,7 @@ class Clock;
 class CollageCoordinator;
 class CollageSlideshowSettingsStore;
 class CollageWall;
+class FlowWallDriver;
 
 // The logic behind the view that draws one collage wall: it holds the host's inputs,
 // runs the wall's heartbeat, decides when the wall must hold still, turns clicks on a
@@ -47,6 +48,11 @@ class CollageWallModel : public QObject {
     Q_PROPERTY(int variantIndex READ variantIndex NOTIFY variantIndexChanged)
     // The Varied template in use, one QRectF in the unit square per slot; empty for other layouts.
     Q_PROPERTY(QVariantList variedRects READ variedRects NOTIFY variedRectsChanged)
+    // The Flow strips, in strip order: {"index", "thickness", "crossStart", "cycle", "copies",
+    // "horizontal", "tiles": [{"slot", "itemId", "url", "start", "length"}]}; empty for other layouts.
+    Q_PROPERTY(QVariantList flowStrips READ flowStrips NOTIFY flowStripsChanged)
+    // How many strips the Flow wall has at its size (also offered to the host's menus).
+    Q_PROPERTY(int flowColumnCount READ flowColumnCount NOTIFY flowColumnCountChanged)
 
 public:
     static constexpr double heartbeat = 0.5;
@@ -68,6 +74,10 @@ public:
     void setExternalInteractionAt(double at);
     // Where `appear` starts from when it is of the current pool generation.
     void setRestoreWall(const std::optional<CollageWallState> &state) { m_restoreWall = state; }
+    // An orientation the host forces on the Flow wall, whatever the settings say.
+    void setOrientationOverride(std::optional<FlowOrientation> orientation);
+    // The size the wall is drawn at, in points; the Flow wall is seeded for it.
+    Q_INVOKABLE void setViewport(double width, double height);
 
     CollageLayout layout() const { return m_layout; }
     CollageRole role() const { return m_role; }
@@ -81,6 +91,8 @@ public:
     QVariantList drops() const { return m_drops; }
     int variantIndex() const { return m_variantIndex; }
     QVariantList variedRects() const { return m_variedRects; }
+    QVariantList flowStrips() const { return m_flowStrips; }
+    int flowColumnCount() const { return m_flowColumnCount; }
 
     // The wall's content; empty before `appear`.
     CollageWallState wallState() const;
@@ -109,9 +121,14 @@ public:
     // A history step from the host's keys; counts as an interaction. Returns whether the wall changed.
     bool step(CollageWallStep step);
 
-    // Flow geometry from the view: the strips of the slots and a measured aspect ratio.
-    void seedFlow(const QList<int> &columnOf, double width, double height, int columns, FlowOrientation orientation);
-    void setAspect(const QUuid &item, double aspect);
+    // Each Flow strip's scroll position at this instant, in strip order; asked every frame.
+    Q_INVOKABLE QList<qreal> flowOffsets() const;
+    // The pointer moved over the wall: the Flow wall pauses its scroll for a moment.
+    Q_INVOKABLE void pointerMoved();
+    // A tile's image arrived with this width / height; it shapes the item's Flow tile.
+    Q_INVOKABLE void reportAspect(const QString &itemId, double aspect);
+    // A tile's image could not be decoded: the item leaves the wall and its places refill.
+    Q_INVOKABLE void tileFailed(const QString &itemId);
 
 Q_SIGNALS:
     void layoutChanged();
@@ -126,6 +143,8 @@ Q_SIGNALS:
     void dropsChanged();
     void variantIndexChanged();
     void variedRectsChanged();
+    void flowStripsChanged();
+    void flowColumnCountChanged();
 
     // The wall's content changed, animated this way.
     void wallChanged(sorvane::CollageMutationKind kind, const sorvane::CollageAnimation &animation);
@@ -140,6 +159,8 @@ private:
     void noteInteraction(double at);
     void applySettings();
     void publish();
+    void layoutFlow();
+    void publishFlow();
 
     const Clock &m_clock;
     TimerScheduler &m_timers;
@@ -167,6 +188,13 @@ private:
     QVariantList m_drops;
     int m_variantIndex = 0;
     QVariantList m_variedRects;
+
+    std::unique_ptr<FlowWallDriver> m_flow;
+    std::optional<FlowOrientation> m_orientationOverride;
+    double m_viewWidth = 0.0;
+    double m_viewHeight = 0.0;
+    QVariantList m_flowStrips;
+    int m_flowColumnCount = 0;
 };
 
 } // namespace sorvane

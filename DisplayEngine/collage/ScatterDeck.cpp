@@ -28,17 +28,32 @@ const ImageItem *ScatterDeck::find(const QUuid &id) const
 
 std::optional<ImageItem> ScatterDeck::deal(const QSet<QUuid> &onScreen, Pcg32 &random)
 {
-    if (m_pool.isEmpty())
+    if (m_order.isEmpty())
         return std::nullopt;
-    // The rest of this deck plus one whole fresh deck is under two pools' worth of
+    // The rest of this deck plus one whole fresh deck is under two decks' worth of
     // cards, so this many draws meet every item at least once.
-    const qsizetype attempts = 2 * m_pool.size();
+    const qsizetype attempts = 2 * m_order.size();
     for (qsizetype i = 0; i < attempts; ++i) {
         const ImageItem &card = draw(random);
         if (!onScreen.contains(card.id()))
             return card;
     }
     return draw(random);
+}
+
+bool ScatterDeck::retire(const QUuid &id)
+{
+    const auto index = m_indexOf.constFind(id);
+    if (index == m_indexOf.constEnd())
+        return false;
+    const qsizetype at = m_order.indexOf(*index);
+    if (at < 0)
+        return false;
+    m_order.removeAt(at);
+    // Cards already dealt from this deck stay dealt.
+    if (at < m_next)
+        --m_next;
+    return true;
 }
 
 const ImageItem &ScatterDeck::draw(Pcg32 &random)

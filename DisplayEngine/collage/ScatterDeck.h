@@ -27,6 +27,11 @@ public:
     // When every item is on screen (a pool smaller than the wall) the next card is dealt
     // anyway; nothing only when the pool is empty.
     std::optional<ImageItem> deal(const QSet<QUuid> &onScreen, Pcg32 &random);
+    // Takes an item that cannot be shown out of the deal for good; it stays findable.
+    // False for an unknown or already retired item.
+    bool retire(const QUuid &id);
+    // Items that can still be dealt.
+    qsizetype dealable() const { return m_order.size(); }
 
 private:
     const ImageItem &draw(Pcg32 &random);

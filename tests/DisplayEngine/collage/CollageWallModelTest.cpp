@@ -4,16 +4,19 @@
 #include "collage/CollageSlideshowSettingsStore.h"
 #include "collage/CollageVariedTemplate.h"
 #include "collage/CollageWallModel.h"
+#include "collage/FlowTuning.h"
 #include "slideshow/InMemoryPreferences.h"
 #include "support/FakeTime.h"
 
 #include <gtest/gtest.h>
 
 #include <QRectF>
+#include <QSet>
 #include <QUrl>
 #include <QVariantMap>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -300,7 +303,7 @@ TEST(CollageWallModel, PublishesWhatTheViewDrawsForEachLayout)
         QObject::connect(&h.model, &CollageWallModel::dropsChanged, [&] { ++dropSignals; });
         h.model.appear();
         if (layout == CollageLayout::flow)
-            h.model.seedFlow({0, 1, 0, 1}, 800, 600, 2, FlowOrientation::vertical);
+            h.model.setViewport(800, 600);
         h.time.advance(1.0);
 
         const CollageWallState state = h.model.wallState();
@@ -336,7 +339,8 @@ TEST(CollageWallModel, PublishesWhatTheViewDrawsForEachLayout)
             EXPECT_TRUE(drops.isEmpty());
             break;
         case CollageLayout::flow:
-            EXPECT_EQ(tiles.size(), 4);
+            // 800 wide: two strips of 391; six tiles each (ceil(600 / (391 × 0.8)) + 4).
+            EXPECT_EQ(tiles.size(), 12);
             EXPECT_TRUE(drops.isEmpty());
             break;
         case CollageLayout::scatter:
@@ -370,6 +374,196 @@ TEST(CollageWallModel, AReshuffleRepublishesTheVariedTemplate)
     EXPECT_NE(h.model.variantIndex(), first);
     EXPECT_EQ(h.model.variedRects(), rectsOf(h.model.variantIndex()));
     EXPECT_EQ(rectSignals, signalsBefore + 1);
+}
+
+struct FlowCase {
+    const char *name;
+    double width;
+    double height;
+    FlowOrientation orientation;
+    qint64 adjustment;
+    int strips;
+    int tilesPerStrip;
+};
+
+TEST(CollageWallModel, FlowStripsAreSeededForTheViewportAndItsSettings)
+{
+    const double spacing = FlowTuning::flowSpacing;
+    const FlowCase cases[] = {
+        // 1920 / 400 rounds to 5 columns of 376.8; 1080 / (376.8 × 0.8) needs 4 tiles, plus 4.
+        {"landscape", 1920, 1080, FlowOrientation::vertical, 0, 5, 8},
+        // 1080 / 400 rounds to 3 columns of 352; 1920 / 281.6 needs 7.
+        {"portrait", 1080, 1920, FlowOrientation::vertical, 0, 3, 11},
+        // Rows: 1080 / 400 rounds to 3 rows of 352, tiles estimated square: 1920 / 352 needs 6.
+        {"rows", 1920, 1080, FlowOrientation::horizontal, 0, 3, 10},
+        {"fewest", 1920, 1080, FlowOrientation::vertical, -6, 2, 6},
+        {"most", 1920, 1080, FlowOrientation::vertical, 6, 8, 10},
+    };
+    for (const FlowCase &c : cases) {
+        SCOPED_TRACE(c.name);
+        Harness h(CollageLayout::flow, 4.0, makePool(200));
+        h.store.setFlowOrientation(c.orientation);
+        h.store.setFlowColumnAdjustment(c.adjustment);
+        h.model.appear();
+        h.model.setViewport(c.width, c.height);
+
+        EXPECT_EQ(h.model.flowColumnCount(), c.strips);
+        const QVariantList strips = h.model.flowStrips();
+        ASSERT_EQ(strips.size(), c.strips);
+        const double cross = c.orientation == FlowOrientation::vertical ? c.width : c.height;
+        const double thickness = (cross - spacing * (c.strips + 1)) / c.strips;
+        QSet<int> slotsSeen;
+        for (int i = 0; i < strips.size(); ++i) {
+            const QVariantMap strip = strips[i].toMap();
+            EXPECT_EQ(strip.value("horizontal").toBool(), c.orientation == FlowOrientation::horizontal);
+            EXPECT_DOUBLE_EQ(strip.value("thickness").toDouble(), thickness);
+            EXPECT_DOUBLE_EQ(strip.value("crossStart").toDouble(), spacing + i * (thickness + spacing));
+            const QVariantList tiles = strip.value("tiles").toList();
+            ASSERT_EQ(tiles.size(), c.tilesPerStrip);
+            double end = 0;
+            for (const QVariant &tile : tiles) {
+                const QVariantMap t = tile.toMap();
+                slotsSeen.insert(t.value("slot").toInt());
+                // Unmeasured items are square until their image says otherwise.
+                EXPECT_DOUBLE_EQ(t.value("length").toDouble(), thickness);
+                EXPECT_DOUBLE_EQ(t.value("start").toDouble(), end);
+                end += thickness + spacing;
+            }
+            EXPECT_DOUBLE_EQ(strip.value("cycle").toDouble(), end);
+            // Enough copies that the strip covers the screen at any phase.
+            const double mainExtent = c.orientation == FlowOrientation::vertical ? c.height : c.width;
+            EXPECT_GE(strip.value("copies").toInt() * end, mainExtent + end);
+        }
+        EXPECT_EQ(slotsSeen.size(), c.strips * c.tilesPerStrip) << "every slot is drawn exactly once";
+    }
+}
+
+TEST(CollageWallModel, ChangedSizeOrColumnAdjustmentReseedsTheFlowWall)
+{
+    Harness h(CollageLayout::flow, 4.0, makePool(200));
+    int countSignals = 0;
+    QObject::connect(&h.model, &CollageWallModel::flowColumnCountChanged, [&] { ++countSignals; });
+    h.model.appear();
+    EXPECT_TRUE(h.model.flowStrips().isEmpty()) << "nothing is seeded before the wall has a size";
+
+    h.model.setViewport(1920, 1080);
+    EXPECT_EQ(h.model.flowColumnCount(), 5);
+    h.store.adjustFlowColumns(1);
+    EXPECT_EQ(h.model.flowColumnCount(), 6);
+    EXPECT_EQ(h.model.flowStrips().size(), 6);
+    h.model.setViewport(1080, 1920);
+    EXPECT_EQ(h.model.flowColumnCount(), 4);
+    // 2 (no size yet), 5, 6, 4.
+    EXPECT_EQ(countSignals, 4);
+
+    // A restored wall of the same size keeps its slots.
+    const CollageWallState before = h.model.wallState();
+    h.model.capture();
+    h.model.setRestoreWall(before);
+    EXPECT_TRUE(h.model.appear());
+    EXPECT_EQ(h.model.wallState(), before);
+}
+
+TEST(CollageWallModel, FlowOffsetsFollowTheClockAndEveryHold)
+{
+    Harness h(CollageLayout::flow, 1000.0, makePool(200));
+    h.store.setFlowScrollSpeed(18);
+    h.store.setFlowScrollPointerPause(0.5);
+    h.model.appear();
+    h.model.setViewport(1920, 1080);
+    const QVariantList strips = h.model.flowStrips();
+    const double cycle0 = strips[0].toMap().value("cycle").toDouble();
+    const double cycle1 = strips[1].toMap().value("cycle").toDouble();
+    auto offsets = [&] { return h.model.flowOffsets(); };
+    const QList<qreal> start = offsets();
+    ASSERT_EQ(start.size(), 5);
+
+    h.time.advance(2.0);
+    // Neighbouring strips run opposite ways, 36 points in two seconds, within their cycles.
+    EXPECT_NEAR(offsets()[0], std::fmod(start[0] + 36.0, cycle0), 1e-6);
+    EXPECT_NEAR(offsets()[1], std::fmod(start[1] - 36.0 + cycle1, cycle1), 1e-6);
+
+    h.model.setPaused(true);
+    const QList<qreal> paused = offsets();
+    h.time.advance(3.0);
+    EXPECT_EQ(offsets(), paused) << "a paused wall stands still";
+    h.model.setPaused(false);
+
+    h.model.pointerMoved();
+    const QList<qreal> pointed = offsets();
+    h.time.advance(0.4);
+    h.model.pointerMoved();
+    h.time.advance(0.4);
+    EXPECT_EQ(offsets(), pointed) << "a newer movement restarts the pause";
+    h.time.advance(0.1);
+    EXPECT_EQ(offsets(), pointed) << "half a second after the last movement it resumes from where it stood";
+    h.time.advance(1.0);
+    EXPECT_NEAR(offsets()[0], std::fmod(pointed[0] + 18.0, cycle0), 1e-6);
+
+    // A new speed carries on from where the strips are.
+    const QList<qreal> before = offsets();
+    h.store.setFlowScrollSpeed(64);
+    EXPECT_EQ(offsets(), before);
+    h.time.advance(1.0);
+    EXPECT_NEAR(offsets()[0], std::fmod(before[0] + 64.0, cycle0), 1e-6);
+}
+
+TEST(CollageWallModel, AMeasuredAspectReshapesItsTile)
+{
+    Harness h(CollageLayout::flow, 1000.0, makePool(200));
+    h.model.appear();
+    h.model.setViewport(1920, 1080);
+    const QVariantMap tile = h.model.flowStrips()[0].toMap().value("tiles").toList()[0].toMap();
+    const double thickness = h.model.flowStrips()[0].toMap().value("thickness").toDouble();
+
+    int stripSignals = 0;
+    QObject::connect(&h.model, &CollageWallModel::flowStripsChanged, [&] { ++stripSignals; });
+    h.model.reportAspect(tile.value("itemId").toString(), 2.0);
+    h.model.reportAspect(tile.value("itemId").toString(), 2.0);
+    h.model.reportAspect(tile.value("itemId").toString(), std::nan(""));
+    h.model.reportAspect(QStringLiteral("not an id"), 2.0);
+    EXPECT_EQ(stripSignals, 1);
+    const QVariantMap wide = h.model.flowStrips()[0].toMap().value("tiles").toList()[0].toMap();
+    EXPECT_DOUBLE_EQ(wide.value("length").toDouble(), thickness / 2.0);
+}
+
+TEST(CollageWallModel, AnUndecodableItemLeavesEveryWallForGood)
+{
+    for (const CollageLayout layout : allCollageLayouts) {
+        SCOPED_TRACE(label(layout).toStdString());
+        Harness h(layout, 1.0, makePool(12));
+        h.model.appear();
+        h.model.setViewport(1920, 1080);
+        h.time.advance(2.0);
+        const CollageWallState state = h.model.wallState();
+        const QUuid bad = layout == CollageLayout::scatter ? state.drops.first().item.id() : state.slots.first();
+
+        h.model.tileFailed(idText(bad));
+        for (int i = 0; i < 60; ++i) {
+            const CollageWallState now = h.model.wallState();
+            EXPECT_FALSE(now.slots.contains(bad));
+            EXPECT_TRUE(std::none_of(
+                now.drops.cbegin(), now.drops.cend(), [&](const CollageDrop &d) { return d.item.id() == bad; }));
+            EXPECT_FALSE(now.slots.contains(QUuid())) << "no slot is left empty while items remain";
+            h.time.advance(1.0);
+        }
+    }
+}
+
+TEST(CollageWallModel, AutoCyclingChangesFlowTilesBetweenTimedChanges)
+{
+    for (const bool autoCycle : {false, true}) {
+        SCOPED_TRACE(autoCycle ? "on" : "off");
+        Harness h(CollageLayout::flow, 1000.0, makePool(200));
+        h.store.setFlowAutoCycleTiles(autoCycle);
+        h.model.appear();
+        h.model.setViewport(1920, 1080);
+        const QList<QUuid> start = h.slots();
+        h.time.advance(1.0);
+        EXPECT_EQ(h.slots(), start);
+        h.time.advance(1.0);
+        EXPECT_EQ(h.slots() != start, autoCycle);
+    }
 }
 
 } // namespace
