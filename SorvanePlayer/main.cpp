@@ -8,6 +8,7 @@
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
+#include <QLoggingCategory>
 #include <QQmlExtensionPlugin>
 
 Q_IMPORT_QML_PLUGIN(Sorvane_ViewsPlugin)
@@ -18,6 +19,8 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(QStringLiteral("SorvanePlayer"));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.sorvane.SorvanePlayer"));
     QGuiApplication app(argc, argv);
+    // The load slots narrate every request at debug level; QT_LOGGING_RULES can ask for them.
+    QLoggingCategory::setFilterRules(QStringLiteral("sorvane.engine.debug=false"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
     QCommandLineParser parser;

@@ -7,6 +7,7 @@
 #include "collage/FlowSeeder.h"
 #include "collage/FlowTuning.h"
 #include "collage/FlowWallDriver.h"
+#include "media/TagManager.h"
 #include "slideshow/Clock.h"
 
 #include <QRectF>
@@ -37,11 +38,8 @@ CollageWallSettings wallSettings(const CollageSlideshowSettings &settings)
 } // namespace
 
 CollageWallModel::CollageWallModel(const Clock &clock, TimerScheduler &timers, quint64 seed, QObject *parent)
-    : QObject(parent)
-    , m_clock(clock)
-    , m_timers(timers)
-    , m_seed(seed)
-    , m_flow(std::make_unique<FlowWallDriver>(clock, timers))
+    : QObject(parent), m_clock(clock), m_timers(timers), m_seed(seed),
+      m_flow(std::make_unique<FlowWallDriver>(clock, timers))
 {
 }
 
@@ -97,11 +95,17 @@ void CollageWallModel::setCoordinator(CollageCoordinator *coordinator)
 
 void CollageWallModel::setSettingsStore(CollageSlideshowSettingsStore *store)
 {
-    QObject::disconnect(m_storeConnection);
+    for (QMetaObject::Connection &connection : m_storeConnections)
+        QObject::disconnect(connection);
     m_store = store;
     if (store) {
-        m_storeConnection
+        m_storeConnections[0]
             = connect(store, &CollageSlideshowSettingsStore::settingsChanged, this, &CollageWallModel::applySettings);
+        // The per-run flags are not part of the stored settings.
+        m_storeConnections[1] = connect(
+            store, &CollageSlideshowSettingsStore::flowScrollReversedChanged, this, &CollageWallModel::applySettings);
+        m_storeConnections[2] = connect(
+            store, &CollageSlideshowSettingsStore::flowScrollPausedChanged, this, &CollageWallModel::applySettings);
     }
     applySettings();
 }
@@ -122,6 +126,22 @@ void CollageWallModel::setViewport(double width, double height)
     m_viewHeight = height;
     layoutFlow();
     publishFlow();
+}
+
+void CollageWallModel::setTagManager(TagManager *tags)
+{
+    for (QMetaObject::Connection &connection : m_tagConnections)
+        QObject::disconnect(connection);
+    m_tags = tags;
+    const auto bump = [this] {
+        ++m_tagRevision;
+        Q_EMIT tagRevisionChanged();
+    };
+    if (tags) {
+        m_tagConnections[0] = connect(tags, &TagManager::tagsChanged, this, bump);
+        m_tagConnections[1] = connect(tags, &TagManager::imageTagsChanged, this, bump);
+    }
+    bump();
 }
 
 void CollageWallModel::setPaused(bool paused)
@@ -210,10 +230,53 @@ bool CollageWallModel::doubleClickTile(int slot)
     return true;
 }
 
+bool CollageWallModel::doubleClickItem(const QString &itemId)
+{
+    const QUuid id(itemId);
+    if (!m_wall || id.isNull() || !m_wall->item(id))
+        return false;
+    noteInteraction(m_clock.monotonicSeconds());
+    capture();
+    Q_EMIT drillIn(id);
+    return true;
+}
+
+bool CollageWallModel::raiseItem(const QString &itemId)
+{
+    noteInteraction(m_clock.monotonicSeconds());
+    return m_wall && m_wall->raise(QUuid(itemId));
+}
+
+QVariantList CollageWallModel::tagsFor(const QString &itemId) const
+{
+    const ImageItem *item = m_wall ? m_wall->item(QUuid(itemId)) : nullptr;
+    if (!item || !m_tags)
+        return {};
+    QVariantList tags;
+    for (const Tag &tag : m_tags->tagsForImage(item->url().toLocalFile()))
+        tags.append(QVariantMap {{QStringLiteral("name"), tag.name}, {QStringLiteral("color"), tag.color}});
+    return tags;
+}
+
+double CollageWallModel::now() const
+{
+    return m_clock.monotonicSeconds();
+}
+
 bool CollageWallModel::step(CollageWallStep step)
 {
     noteInteraction(m_clock.monotonicSeconds());
     return m_wall && m_wall->step(step);
+}
+
+bool CollageWallModel::changeNow()
+{
+    if (!m_wall || m_role == CollageRole::mirrorFollower)
+        return false;
+    noteInteraction(m_clock.monotonicSeconds());
+    if (m_layout == CollageLayout::scatter)
+        return m_wall->dropNext();
+    return m_wall->advance(m_layout == CollageLayout::flow ? m_wall->settings().flowTilesPerChange : 1);
 }
 
 QList<qreal> CollageWallModel::flowOffsets() const
@@ -311,6 +374,14 @@ void CollageWallModel::noteInteraction(double at)
 void CollageWallModel::applySettings()
 {
     const CollageSlideshowSettings settings = m_store ? m_store->settings() : CollageSlideshowSettings {};
+    if (settings.showTileHoverControls != m_showHoverControls) {
+        m_showHoverControls = settings.showTileHoverControls;
+        Q_EMIT showHoverControlsChanged();
+    }
+    if (settings.flowAutoCycleTiles != m_autoCycling) {
+        m_autoCycling = settings.flowAutoCycleTiles;
+        Q_EMIT autoCyclingChanged();
+    }
     m_flow->setSettings(settings, m_store && m_store->flowScrollReversed(), m_store && m_store->flowScrollPaused(),
         m_orientationOverride);
     if (!m_wall)
@@ -327,8 +398,8 @@ void CollageWallModel::layoutFlow()
         return;
     const FlowLayoutInput input = m_flow->layoutInput(m_viewWidth, m_viewHeight);
     const CollageWallState &state = m_wall->state();
-    if (!FlowSeeder::needsReseed(state.flowSeededWidth, state.flowSeededHeight, state.flowSeededColumns,
-            state.flowOrientation, input))
+    if (!FlowSeeder::needsReseed(
+            state.flowSeededWidth, state.flowSeededHeight, state.flowSeededColumns, state.flowOrientation, input))
         return;
     const FlowSeedResult result = FlowSeeder::seed(input, m_pool.size(), [this](int slot) {
         const QUuid item = m_wall->flowSlotItem(slot);
@@ -363,7 +434,8 @@ void CollageWallModel::publishFlow()
             }
             strips.append(QVariantMap {{QStringLiteral("index"), column.columnIndex},
                 {QStringLiteral("thickness"), column.columnWidth},
-                {QStringLiteral("crossStart"), column.spacing + column.columnIndex * (column.columnWidth + column.spacing)},
+                {QStringLiteral("crossStart"),
+                    column.spacing + column.columnIndex * (column.columnWidth + column.spacing)},
                 {QStringLiteral("cycle"), column.cycleLength()}, {QStringLiteral("copies"), column.copies},
                 {QStringLiteral("horizontal"), column.horizontal}, {QStringLiteral("tiles"), tiles}});
         }

@@ -25,6 +25,7 @@ class CollageCoordinator;
 class CollageSlideshowSettingsStore;
 class CollageWall;
 class FlowWallDriver;
+class TagManager;
 
 // The logic behind the view that draws one collage wall: it holds the host's inputs,
 // runs the wall's heartbeat, decides when the wall must hold still, turns clicks on a
@@ -34,6 +35,13 @@ class CollageWallModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(sorvane::CollageLayout layout READ layout WRITE setLayout NOTIFY layoutChanged)
     Q_PROPERTY(sorvane::CollageRole role READ role WRITE setRole NOTIFY roleChanged)
+    // The layout's stored name ("collage", "flow", "scatter"), for the view to pick its drawing.
+    Q_PROPERTY(QString layoutName READ layoutName NOTIFY layoutChanged)
+    // From the settings: tiles show their hover controls; the Flow wall cycles tiles by itself.
+    Q_PROPERTY(bool showHoverControls READ showHoverControls NOTIFY showHoverControlsChanged)
+    Q_PROPERTY(bool autoCycling READ autoCycling NOTIFY autoCyclingChanged)
+    // Moves on whenever tags change, so that views asking tagsFor() ask again.
+    Q_PROPERTY(int tagRevision READ tagRevision NOTIFY tagRevisionChanged)
     Q_PROPERTY(bool paused READ isPaused WRITE setPaused NOTIFY pausedChanged)
     Q_PROPERTY(double externalInteractionAt READ externalInteractionAt WRITE setExternalInteractionAt NOTIFY
             externalInteractionAtChanged)
@@ -70,6 +78,8 @@ public:
     void setCoordinator(CollageCoordinator *coordinator);
     // Observed for the wall's pacing; null keeps the defaults.
     void setSettingsStore(CollageSlideshowSettingsStore *store);
+    // Where hover controls find an item's tags; null shows none.
+    void setTagManager(TagManager *tags);
     void setPaused(bool paused);
     void setExternalInteractionAt(double at);
     // Where `appear` starts from when it is of the current pool generation.
@@ -80,6 +90,10 @@ public:
     Q_INVOKABLE void setViewport(double width, double height);
 
     CollageLayout layout() const { return m_layout; }
+    QString layoutName() const { return toRaw(m_layout); }
+    bool showHoverControls() const { return m_showHoverControls; }
+    bool autoCycling() const { return m_autoCycling; }
+    int tagRevision() const { return m_tagRevision; }
     CollageRole role() const { return m_role; }
     bool isPaused() const { return m_paused; }
     double externalInteractionAt() const { return m_externalInteractionAt; }
@@ -118,8 +132,18 @@ public:
     // Captures the wall, then asks the host to open the slot's item full-screen. False,
     // doing nothing, for a slot without an item.
     Q_INVOKABLE bool doubleClickTile(int slot);
+    // The same for a photo on the Scatter table, named by its item.
+    Q_INVOKABLE bool doubleClickItem(const QString &itemId);
+    // A single click on a photo of the Scatter table brings it to the top of the pile.
+    Q_INVOKABLE bool raiseItem(const QString &itemId);
+    // The item's tags, [{"name", "color"}], for its tile's hover controls.
+    Q_INVOKABLE QVariantList tagsFor(const QString &itemId) const;
+    // Seconds on the wall's clock, for the times views pass back with clicks.
+    Q_INVOKABLE double now() const;
     // A history step from the host's keys; counts as an interaction. Returns whether the wall changed.
     bool step(CollageWallStep step);
+    // One change of the kind the heartbeat makes, at once (the next photo, the next drop).
+    bool changeNow();
 
     // Each Flow strip's scroll position at this instant, in strip order; asked every frame.
     Q_INVOKABLE QList<qreal> flowOffsets() const;
@@ -145,6 +169,9 @@ Q_SIGNALS:
     void variedRectsChanged();
     void flowStripsChanged();
     void flowColumnCountChanged();
+    void showHoverControlsChanged();
+    void autoCyclingChanged();
+    void tagRevisionChanged();
 
     // The wall's content changed, animated this way.
     void wallChanged(sorvane::CollageMutationKind kind, const sorvane::CollageAnimation &animation);
@@ -172,7 +199,7 @@ private:
     CollageRole m_role = CollageRole::independent;
     QPointer<CollageCoordinator> m_coordinator;
     QPointer<CollageSlideshowSettingsStore> m_store;
-    QMetaObject::Connection m_storeConnection;
+    QMetaObject::Connection m_storeConnections[3];
     bool m_paused = false;
     double m_externalInteractionAt = -std::numeric_limits<double>::infinity();
     double m_lastInteractionAt = -std::numeric_limits<double>::infinity();
@@ -195,6 +222,11 @@ private:
     double m_viewHeight = 0.0;
     QVariantList m_flowStrips;
     int m_flowColumnCount = 0;
+    bool m_showHoverControls = true;
+    bool m_autoCycling = false;
+    QPointer<TagManager> m_tags;
+    QMetaObject::Connection m_tagConnections[2];
+    int m_tagRevision = 0;
 };
 
 } // namespace sorvane

@@ -10,6 +10,9 @@ SlideSource::SlideSource(QObject *parent) : QObject(parent) { }
 
 QString SlideSource::imageUrl(const QUrl &fileUrl, const QString &scalingRaw, const QString &filterRaw) const
 {
+    // No slide at all (a wall is up instead) is not worth a warning.
+    if (fileUrl.isEmpty())
+        return {};
     const std::optional<ImageScalingMode> scaling = fromWire<ImageScalingMode>(scalingRaw);
     const std::optional<ImageFilter> filter = fromWire<ImageFilter>(filterRaw);
     if (!fileUrl.isLocalFile() || !scaling || !filter) {

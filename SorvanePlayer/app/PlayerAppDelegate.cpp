@@ -8,11 +8,17 @@
 #include "app/PlayerWindows.h"
 #include "bundle/BundleReader.h"
 #include "bundle/BundleWireValues.h"
+#include "collage/CollageSlideshowSettings.h"
+#include "core/PlayerCollageWall.h"
 #include "core/PlayerControlsController.h"
 #include "core/PlayerEngine.h"
 #include "core/PlayerLocation.h"
 #include "media/BrandOverlay.h"
+#include "media/ThumbnailCache.h"
 #include "platform/DisplaySleepInhibitor.h"
+#include "slideshow/PreferenceStore.h"
+#include "views/CollageImageProvider.h"
+#include "views/QtThumbnailDecoder.h"
 #include "views/SlideImageProvider.h"
 
 #include <QCursor>
@@ -34,6 +40,9 @@ void addImageProviders(QQmlEngine &qml, BrandLogoCache *logos)
 {
     qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
     qml.addImageProvider(QStringLiteral("slide"), new SlideImageProvider);
+    // One cache for every wall on every screen: a photo shown twice is decoded once.
+    qml.addImageProvider(CollageImageProvider::kProviderName,
+        new CollageImageProvider(std::make_shared<ThumbnailCache>(std::make_shared<QtThumbnailDecoder>())));
     qml.addImageProvider(QStringLiteral("brand"), logos);
 }
 } // namespace
@@ -253,7 +262,22 @@ void PlayerAppDelegate::startPlayback(std::shared_ptr<OpenedBundle> bundle)
     m_bundle = bundle;
     setPointerHidden(true);
     setUpSlides(*bundle);
-    m_windows = std::make_unique<PlayerWindows>(m_qml, bundle, *m_slides, m_controlsModel, [this] {
+    // The viewer's own collage settings are read, never written: the bundle's go on top, in memory.
+    const PreferenceStore viewerPreferences(PreferenceStore::standardFolder());
+    m_walls = std::make_unique<PlayerCollageWall>(
+        *bundle, CollageSlideshowSettings::load(viewerPreferences), m_clock, m_timers);
+    connect(m_walls.get(), &PlayerCollageWall::openItem, this, [this](const QString &itemId) {
+        qCInfo(lcPlayer, "Opening item %s from the wall", qUtf8Printable(itemId));
+        if (m_engine)
+            m_engine->openFromWall(itemId);
+    });
+    connect(m_walls.get(), &PlayerCollageWall::firstTileShown, this, [this] {
+        if (!m_anyPresented) {
+            m_anyPresented = true;
+            firstPhotoPresented();
+        }
+    });
+    m_windows = std::make_unique<PlayerWindows>(m_qml, bundle, *m_slides, m_controlsModel, *m_walls, [this] {
         if (!m_engine || m_engine->itemCount() == 0)
             return QString();
         return QStringLiteral("%1 of %2").arg(m_engine->position() + 1).arg(m_engine->itemCount());
@@ -366,6 +390,8 @@ bool PlayerAppDelegate::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::KeyPress: {
         const auto *key = static_cast<QKeyEvent *>(event);
+        if (m_walls && qobject_cast<QWindow *>(watched))
+            m_walls->noteInput();
         // Windows and their items all see the key; act on it once, at the window.
         if (qobject_cast<QWindow *>(watched) && m_keys.handleKey(key->key(), key->modifiers()))
             return true;

@@ -22,6 +22,7 @@ namespace sorvane {
 class BrandLogoCache;
 class DisplaySleepInhibitor;
 class OpenedBundle;
+class PlayerCollageWall;
 class PlayerControlsController;
 class PlayerEngine;
 class PlayerSlideModel;
@@ -76,6 +77,7 @@ private:
     BrandLogoCache *m_logos = nullptr; // owned by the QML engine
     std::shared_ptr<OpenedBundle> m_bundle;
     std::unique_ptr<PlayerSlideModel> m_slides;
+    std::unique_ptr<PlayerCollageWall> m_walls;
     std::unique_ptr<PlayerWindows> m_windows;
     std::unique_ptr<PlayerEngine> m_engine;
     QList<QPointer<QQuickWindow>> m_holdingWindows;

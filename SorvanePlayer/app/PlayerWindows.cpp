@@ -5,7 +5,9 @@
 #include "app/PlayerWindowFactory.h"
 #include "bundle/BundleFormat.h"
 #include "bundle/OpenedBundle.h"
+#include "collage/CollageWallModel.h"
 #include "core/PlayerCaption.h"
+#include "core/PlayerCollageWall.h"
 #include "core/PlayerControlsModel.h"
 
 #include <QGuiApplication>
@@ -18,8 +20,8 @@ const QUrl windowComponent(QStringLiteral("qrc:/qt/qml/Sorvane/Player/qml/Player
 }
 
 PlayerWindows::PlayerWindows(QQmlEngine &engine, std::shared_ptr<OpenedBundle> bundle, PlayerSlideModel &slides,
-    PlayerControlsModel &controls, ProgressText progress)
-    : m_engine(engine), m_bundle(std::move(bundle)), m_slides(slides), m_controls(controls),
+    PlayerControlsModel &controls, PlayerCollageWall &walls, ProgressText progress)
+    : m_engine(engine), m_bundle(std::move(bundle)), m_slides(slides), m_controls(controls), m_walls(walls),
       m_progress(std::move(progress))
 {
 }
@@ -54,17 +56,40 @@ void PlayerWindows::show(const PlayerShownAsset &asset)
 void PlayerWindows::pauseVideo()
 {
     m_slides.setPaused(true);
+    m_walls.setPaused(true);
 }
 
 void PlayerWindows::resumeVideo()
 {
     m_slides.setPaused(false);
+    m_walls.setPaused(false);
 }
 
 void PlayerWindows::presentStyle(PlayerStyle style)
 {
     if (m_rebuild || windows().isEmpty())
-        build();
+        build(style);
+    else
+        showWalls(style);
+}
+
+void PlayerWindows::stepWall(int step)
+{
+    m_walls.step(step);
+}
+
+void PlayerWindows::showWalls(PlayerStyle style)
+{
+    const QList<QQuickWindow *> live = windows();
+    const QList<CollageWallModel *> walls = m_walls.wallsFor(style, int(live.size()));
+    if (!walls.isEmpty()) {
+        // Nothing of the classic style plays on behind a wall.
+        m_slides.setSlide(PlayerSlide());
+        m_slides.setPreloadSource(QUrl());
+        qCInfo(lcPlayer, "Wall %s on %d screen(s)", qUtf8Printable(walls.first()->layoutName()), int(walls.size()));
+    }
+    for (qsizetype index = 0; index < live.size(); ++index)
+        live[index]->setProperty("wall", QVariant::fromValue(static_cast<QObject *>(walls.value(index))));
 }
 
 void PlayerWindows::preload(const PlayerShownAsset &asset)
@@ -93,7 +118,7 @@ void PlayerWindows::close()
     m_windows.clear();
 }
 
-void PlayerWindows::build()
+void PlayerWindows::build(PlayerStyle style)
 {
     close();
     m_rebuild = false;
@@ -102,6 +127,7 @@ void PlayerWindows::build()
         QQuickWindow *window = PlayerWindowFactory::create(m_engine, windowComponent, screens[index],
             {{QStringLiteral("slides"), QVariant::fromValue(&m_slides)},
                 {QStringLiteral("controls"), QVariant::fromValue(&m_controls)},
+                {QStringLiteral("walls"), QVariant::fromValue(static_cast<QObject *>(&m_walls))},
                 // One screen speaks; the others play their copy muted.
                 {QStringLiteral("primary"), index == 0}});
         if (window)
@@ -110,6 +136,7 @@ void PlayerWindows::build()
     if (!m_windows.isEmpty() && m_windows.first())
         m_windows.first()->requestActivate();
     qCInfo(lcPlayer, "Playing on %d screen(s)", int(m_windows.size()));
+    showWalls(style);
 }
 
 } // namespace sorvane

@@ -46,7 +46,9 @@ void PlayerEngine::start(const Start &resume)
         Q_EMIT styleChanged();
     }
     m_surface.presentStyle(m_style);
-    showCurrent();
+    // A wall runs itself; the classic style starts at the resumed item.
+    if (!isWallStyle())
+        showCurrent();
 }
 
 void PlayerEngine::stop()
@@ -164,7 +166,8 @@ void PlayerEngine::togglePause()
         m_paused = false;
         m_surface.resumeVideo();
         const BundleMediaItem *item = currentItem();
-        schedule(holdSeconds(m_bundle->playback, item ? item->resolvedAsset(item->displayTier()) : nullptr));
+        if (!isWallStyle())
+            schedule(holdSeconds(m_bundle->playback, item ? item->resolvedAsset(item->displayTier()) : nullptr));
     }
     Q_EMIT pausedChanged();
 }
@@ -209,16 +212,30 @@ void PlayerEngine::screensChanged()
         m_surface.show(*m_shown);
 }
 
+bool PlayerEngine::openFromWall(const QString &itemId)
+{
+    const auto at = std::find_if(m_playOrder.cbegin(), m_playOrder.cend(),
+        [&](qsizetype index) { return m_bundle->items[size_t(index)]->id == itemId; });
+    if (at == m_playOrder.cend())
+        return false;
+    setPosition(qint64(at - m_playOrder.cbegin()));
+    if (m_style == PlayerStyle::classic)
+        showCurrent();
+    else
+        chooseStyle(PlayerStyle::classic);
+    return true;
+}
+
 void PlayerEngine::videoEnded()
 {
-    if (!m_shown || !m_shown->isVideo)
+    if (isWallStyle() || !m_shown || !m_shown->isVideo)
         return;
     advance();
 }
 
 void PlayerEngine::videoFailed()
 {
-    if (m_pendingVideoFailure || !m_shown)
+    if (isWallStyle() || m_pendingVideoFailure || !m_shown)
         return;
     m_pendingVideoFailure = true;
     const PlayerShownAsset failed = *m_shown;

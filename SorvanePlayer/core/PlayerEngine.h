@@ -47,6 +47,9 @@ public:
     void next() { step(+1); }
     void previous() { step(-1); }
     void chooseStyle(PlayerStyle style);
+    // A photo double-clicked on the wall: the classic style takes over at that item.
+    // False, changing nothing, for an item no longer in the play order.
+    bool openFromWall(const QString &itemId);
     void videoEnded();
     // The file on screen could not be played or decoded (a video, or a still that
     // passed the open's size checks but not the decoder): down the ladder it goes.
@@ -87,7 +90,7 @@ private:
     void advance();
     void saveResume();
     void setPosition(qint64 position);
-    bool isWallStyle() const { return m_style != PlayerStyle::classic && m_surface.drawsWallStyles(); }
+    bool isWallStyle() const { return m_style != PlayerStyle::classic; }
     static PlayerShownAsset shownAsset(const BundleMediaItem &item, const BundleResolvedAsset &asset);
 
     std::shared_ptr<OpenedBundle> m_bundle;

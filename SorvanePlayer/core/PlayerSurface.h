@@ -32,9 +32,6 @@ public:
     virtual void stepWall(int step) = 0;
     // The file that follows the one on screen, so that it can be decoded ahead.
     virtual void preload(const PlayerShownAsset &asset) { }
-    // False while the wall styles are drawn by the classic view: the engine then
-    // steps and holds items for them as it does for the classic style.
-    virtual bool drawsWallStyles() const { return true; }
 };
 
 } // namespace sorvane

@@ -1,14 +1,17 @@
 import QtQuick
 import Sorvane.Views
 
-// One screen of the show: the slide, the brand's logo, the caption and the
-// controls panel. Every screen shows the same item.
+// One screen of the show: the slide or this screen's wall, the brand's logo, the caption
+// and the controls panel. In the classic style every screen shows the same item.
 Window {
     id: window
 
     required property var slides   // PlayerSlideModel
     required property var controls // PlayerControlsModel
     required property bool primary
+    required property var walls    // PlayerCollageWall
+    // This screen's wall (CollageWallModel) while a wall style is on, else null.
+    property var wall: null
 
     title: "SorvanePlayer"
     color: slides.appearance.background
@@ -16,6 +19,7 @@ Window {
     SlideView {
         id: slideView
         anchors.fill: parent
+        visible: window.wall === null
         slide: window.slides.slide
         preloadSource: window.slides.preloadSource
         scaling: window.slides.appearance.scaling
@@ -27,6 +31,18 @@ Window {
         onPresented: serial => window.slides.reportPresented(serial)
         onEnded: serial => window.slides.reportEnded(serial)
         onFailed: (serial, reason) => window.slides.reportFailed(serial, reason)
+    }
+
+    // A new wall gets a new view, which starts it (and the old one captures its own on the way out).
+    Repeater {
+        model: window.wall !== null ? [window.wall] : []
+        delegate: CollageRenderer {
+            required property var modelData
+            width: window.width
+            height: window.height
+            wall: modelData
+            onTileShown: window.walls.tileShown()
+        }
     }
 
     BrandOverlayItem {
@@ -41,6 +57,7 @@ Window {
         anchors.bottom: parent.bottom
         anchors.leftMargin: Math.round(Math.min(window.width, window.height) * 0.02)
         anchors.bottomMargin: Math.round(Math.min(window.width, window.height) * 0.02)
+        visible: window.wall === null
         text: window.slides.appearance.showCaption ? window.slides.slide.caption : ""
         progress: window.slides.appearance.showProgress ? window.slides.slide.progress : ""
         // The panel takes this place while it is up.

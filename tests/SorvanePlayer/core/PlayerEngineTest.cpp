@@ -21,7 +21,6 @@ public:
     void presentStyle(PlayerStyle style) override { styles.push_back(style); }
     void stepWall(int step) override { wallSteps.push_back(step); }
     void preload(const PlayerShownAsset &asset) override { preloads.push_back(asset.itemId); }
-    bool drawsWallStyles() const override { return wallsDrawn; }
 
     QStringList shownIds() const
     {
@@ -35,7 +34,6 @@ public:
     std::vector<PlayerStyle> styles;
     std::vector<int> wallSteps;
     QStringList preloads;
-    bool wallsDrawn = true;
     int videoPauses = 0;
     int videoResumes = 0;
 };
@@ -243,20 +241,39 @@ TEST_F(PlayerEngineTest, StylesAreSavedRestoredAndStepTheWall)
     open({1, PlayerStyle::memoryTable});
     EXPECT_EQ(engine->style(), PlayerStyle::memoryTable);
     EXPECT_EQ(surface.styles, std::vector<PlayerStyle> {PlayerStyle::memoryTable});
-    EXPECT_EQ(saves.back().second, PlayerStyle::memoryTable);
+    engine->chooseStyle(PlayerStyle::classic);
+    EXPECT_EQ(saves.back(), (std::pair<qint64, std::optional<PlayerStyle>> {1, PlayerStyle::classic}));
 }
 
-TEST_F(PlayerEngineTest, WallStylesDrawnAsClassicStillStepAndHoldItems)
+TEST_F(PlayerEngineTest, AWallStyleShowsNoItemAndKeepsNoTimer)
 {
-    surface.wallsDrawn = false;
-    open({std::nullopt, PlayerStyle::photoWall});
-    engine->next();
-    EXPECT_TRUE(surface.wallSteps.empty());
-    EXPECT_EQ(surface.shownIds(), (QStringList {"a", "b"}));
+    open({1, PlayerStyle::photoWall});
+    EXPECT_TRUE(surface.shown.empty()) << "the wall draws itself";
+    EXPECT_EQ(time.pendingTimers(), 0u);
+    engine->togglePause();
+    engine->togglePause();
+    EXPECT_EQ(time.pendingTimers(), 0u) << "resuming a wall schedules no item";
+    EXPECT_EQ(surface.videoPauses, 1);
+    // A late report from a video that was on screen before the wall changes nothing.
+    engine->videoEnded();
+    engine->videoFailed();
+    EXPECT_EQ(engine->position(), 1);
+    EXPECT_EQ(engine->itemCount(), 3);
+}
+
+TEST_F(PlayerEngineTest, ADoubleClickOnTheWallOpensThatItemInTheClassicStyle)
+{
+    open({std::nullopt, PlayerStyle::memoryTable});
+    EXPECT_FALSE(engine->openFromWall("nowhere"));
+    EXPECT_EQ(engine->style(), PlayerStyle::memoryTable);
+
+    EXPECT_TRUE(engine->openFromWall("c"));
+    EXPECT_EQ(engine->style(), PlayerStyle::classic);
+    EXPECT_EQ(surface.styles.back(), PlayerStyle::classic);
+    EXPECT_EQ(surface.shownIds(), QStringList {"c"});
+    EXPECT_EQ(saves.back(), (std::pair<qint64, std::optional<PlayerStyle>> {2, PlayerStyle::classic}));
     time.advance(4.0);
-    EXPECT_EQ(surface.shownIds().last(), "c");
-    // The style is still the viewer's pick, saved with every show.
-    EXPECT_EQ(saves.back(), (std::pair<qint64, std::optional<PlayerStyle>> {2, PlayerStyle::photoWall}));
+    EXPECT_EQ(surface.shownIds().last(), "a") << "and plays on from there";
 }
 
 TEST_F(PlayerEngineTest, TheFollowingItemIsDecodedAheadOfEveryShow)

@@ -238,6 +238,9 @@ class XServer:
     def move_pointer(self, x, y, screen=0):
         self.run("xdotool", "mousemove", "--screen", str(screen), str(x), str(y))
 
+    def click(self, button=1, repeat=1):
+        self.run("xdotool", "click", "--repeat", str(repeat), "--delay", "80", str(button))
+
     def visible_windows(self):
         """(id, name) of every mapped window on any screen."""
         found = self.run("xdotool", "search", "--onlyvisible", "--name", "", check=False)

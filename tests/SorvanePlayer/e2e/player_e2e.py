@@ -299,8 +299,11 @@ class KeysTest(PlayerTestCase):
             self.assertEqual(moved.match[1], self.ids[(position + 1) % n])
 
         with self.subTest("style keys"):
-            for key, style in (("1", "photo-wall"), ("2", "memory-table"), ("3", "classic")):
-                self.press_and_see(x, player, key, rf"^Style {style}$")
+            for key, style, shown in (("1", "photo-wall", r"^Wall flow on 2 screen\(s\)$"),
+                                      ("2", "memory-table", r"^Wall scatter on 2 screen\(s\)$"),
+                                      ("3", "classic", SHOWING)):
+                mark = self.press_and_see(x, player, key, rf"^Style {style}$").index
+                player.wait_line(shown, 5, mark)
 
         with self.subTest("escape quits"):
             self.assert_quits(player, "Escape", x=x)
@@ -379,11 +382,14 @@ class ResumeTest(PlayerTestCase):
         self.assertRegex(record["saved_utc"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ$")
 
         second_run = self.start_player(x, [SUITE.bundle.root])
-        resumed = self.showing(second_run, timeout=10)
+        second_run.wait_line(r"^Wall flow on 2 screen\(s\)$", 10)
+        second_run.wait_line(r"^First photo on screen after \d+ ms$", 10)
+        self.assertIsNone(second_run.find(SHOWING), "the wall draws itself; no single item is shown")
+        self.assertIsNone(second_run.find(r"^Style (memory-table|classic)$"))
+        # The classic style takes up the item the first run stopped at.
+        resumed = self.press_and_see(x, second_run, "3")
         self.assertEqual(resumed.match[1], last.match[1])
         self.assertEqual(int(resumed.match[3]), last_index + 1)
-        second_run.wait_line(r"^Style photo-wall$", 1)
-        self.assertIsNone(second_run.find(r"^Style (memory-table|classic)$"))
         self.assert_quits(second_run, "Escape", x=x)
 
     def test_unusable_resume_record_plays_from_the_first_item(self):
@@ -415,6 +421,69 @@ class ResumeTest(PlayerTestCase):
                     record = json.load(record_file)
                 self.assertEqual(record["bundle_id"], bundle_id)
                 self.assertIn(record["item_index"], range(len(self.ids)))
+
+
+class WallTest(PlayerTestCase):
+
+    # Where the Flow wall's gaps fall: 1920 wide has five strips of 376.8, 1280 three of 418.7,
+    # each after a 6-point gap.
+    GAPS = {0: (1920, 376.8), 1: (1280, 418.67)}
+
+    def assert_flow_strips(self, x, name):
+        for screen, (width, thickness) in self.GAPS.items():
+            def strips(shot, width=width, thickness=thickness):
+                gap = shot.crop(1 / width, 0.05, 4 / width, 0.7)
+                second_gap = shot.crop((6 + thickness + 1) / width, 0.05, (6 + thickness + 4) / width, 0.7)
+                inside = shot.crop(60 / width, 0.05, (thickness - 60) / width, 0.7)
+                return (gap.count_brighter(30) == 0 and second_gap.count_brighter(30) == 0
+                        and inside.fraction_brighter(30) > 0.5)
+            self.wait_for_screen(x, screen, name, strips, "Flow strips with dark gaps between them")
+
+    def test_walls_draw_step_and_open_the_photo_double_clicked(self):
+        x = self.x_server()
+        player = self.start_player(x, [SUITE.bundle.root])
+        self.showing(player, timeout=10)
+
+        with self.subTest("photo wall"):
+            self.press_and_see(x, player, "1", r"^Wall flow on 2 screen\(s\)$")
+            self.assert_flow_strips(x, "photo-wall")
+            mark = player.mark()
+            for key in ("Right", "Left", "Right"):
+                x.key(key)
+            time.sleep(INTERVAL + 1)
+            self.assertIsNone(player.find(SHOWING, mark), "steps go to the wall, not through the items")
+
+        with self.subTest("memory table"):
+            self.press_and_see(x, player, "2", r"^Wall scatter on 2 screen\(s\)$")
+            for screen in (0, 1):
+                # The warm table shows in the corners, where the first photo never lands.
+                self.wait_for_screen(
+                    x, screen, "memory-table",
+                    lambda s: s.crop(0, 0, 0.08, 0.08).fraction_brighter(25) > 0.9
+                    and s.crop(0.25, 0.25, 0.75, 0.75).fraction_different(s.crop(0, 0, 0.5, 0.5)) > 0.05,
+                    "a photo lying on the table")
+
+        with self.subTest("double click opens the photo"):
+            self.press_and_see(x, player, "1", r"^Wall flow on 2 screen\(s\)$")
+            self.assert_flow_strips(x, "photo-wall-again")
+            mark = player.mark()
+            # A double click that lands in the narrow gap between two tiles opens nothing; try a little lower.
+            for y in (540, 580, 620):
+                x.move_pointer(190, y)
+                x.click(repeat=2)
+                try:
+                    opened = player.wait_line(r"^Opening item (\S+) from the wall$", 2, mark)
+                    break
+                except harness.WaitTimeout:
+                    continue
+            else:
+                self.fail("no double click on the wall opened a photo\n" + player.tail())
+            player.wait_line(r"^Style classic$", 3, mark)
+            shown = player.wait_line(SHOWING, 5, mark)
+            self.assertEqual(shown.match[1], opened.match[1])
+            self.assert_showing_photo(x, "opened")
+
+        self.assert_quits(player, "Escape", x=x)
 
 
 class SingleInstanceTest(PlayerTestCase):
