@@ -13,8 +13,15 @@ Item {
     property real cornerRadius: 3
     property color background: "black"
 
+    // Shows the explanation of the wall over it; the host keeps the "seen" flag.
+    property bool showIntro: false
+    // The host's own context-menu items, [{ "id", "text" }], listed before the wall's.
+    property var hostMenuItems: []
+
     // A tile's photo arrived (the first one tells the host the wall is on screen).
     signal tileShown()
+    signal introDismissed()
+    signal hostMenuItemChosen(string id, int slot)
 
     readonly property string layoutName: wall ? wall.layoutName : ""
     // Each Flow strip's position this frame.
@@ -29,6 +36,14 @@ Item {
     }
 
     function tileFailed(itemId) { renderer.wall.tileFailed(itemId) }
+
+    // The item the open menu was asked for, for a Scatter photo that has no slot.
+    property string menuItemId: ""
+    function openMenu(from, x, y, slot, itemId) {
+        const at = from.mapToItem(renderer, x, y)
+        renderer.menuItemId = itemId
+        menu.openAt(at.x, at.y, slot)
+    }
     function tileAspect(itemId, value) {
         renderer.wall.reportAspect(itemId, value)
         renderer.tileShown()
@@ -56,6 +71,20 @@ Item {
         onPointChanged: renderer.wall.pointerMoved()
     }
 
+    property bool reshuffling: false
+    Timer {
+        id: reshuffleEnd
+        interval: 750
+        onTriggered: renderer.reshuffling = false
+    }
+    Connections {
+        target: renderer.wall
+        function onVariantIndexChanged() {
+            renderer.reshuffling = true
+            reshuffleEnd.restart()
+        }
+    }
+
     // Varied: the template's rectangles, each holding one slot.
     Repeater {
         model: renderer.layoutName === "collage" ? Math.min(renderer.wall.tiles.length, renderer.wall.variedRects.length) : 0
@@ -71,10 +100,11 @@ Item {
             y: renderer.spacing + unit.y * (renderer.height - renderer.spacing)
             width: unit.width * (renderer.width - renderer.spacing) - renderer.spacing
             height: unit.height * (renderer.height - renderer.spacing) - renderer.spacing
-            Behavior on x { NumberAnimation { duration: 700; easing.type: Easing.InOutQuad } }
-            Behavior on y { NumberAnimation { duration: 700; easing.type: Easing.InOutQuad } }
-            Behavior on width { NumberAnimation { duration: 700; easing.type: Easing.InOutQuad } }
-            Behavior on height { NumberAnimation { duration: 700; easing.type: Easing.InOutQuad } }
+            // Tiles glide to a new template; they are simply placed on first show and on resizes.
+            Behavior on x { enabled: renderer.reshuffling; NumberAnimation { duration: 700; easing.type: Easing.InOutQuad } }
+            Behavior on y { enabled: renderer.reshuffling; NumberAnimation { duration: 700; easing.type: Easing.InOutQuad } }
+            Behavior on width { enabled: renderer.reshuffling; NumberAnimation { duration: 700; easing.type: Easing.InOutQuad } }
+            Behavior on height { enabled: renderer.reshuffling; NumberAnimation { duration: 700; easing.type: Easing.InOutQuad } }
 
             CollageTileView {
                 anchors.fill: parent
@@ -86,10 +116,19 @@ Item {
                 onFailed: itemId => renderer.tileFailed(itemId)
             }
             CollageTileHitLayer {
+                id: cellHit
                 anchors.fill: parent
                 wall: renderer.wall
                 slot: cell.index
                 itemId: cell.tile.itemId
+                onMenuRequested: (x, y) => renderer.openMenu(cellHit, x, y, cell.index, cell.tile.itemId)
+            }
+            CollageTileGestures {
+                anchors.fill: parent
+                showHoverControls: renderer.wall.showHoverControls
+                hoverTags: renderer.wall.tagRevision >= 0 ? renderer.wall.tagsFor(cell.tile.itemId) : []
+                onPreviousRequested: renderer.wall.clickTile(cell.index, false, renderer.wall.now())
+                onNextRequested: renderer.wall.clickTile(cell.index, true, renderer.wall.now())
             }
         }
     }
@@ -143,10 +182,19 @@ Item {
                             onFailed: itemId => renderer.tileFailed(itemId)
                         }
                         CollageTileHitLayer {
+                            id: flowHit
                             anchors.fill: parent
                             wall: renderer.wall
                             slot: flowTile.tile.slot
                             itemId: flowTile.tile.itemId
+                            onMenuRequested: (x, y) => renderer.openMenu(flowHit, x, y, flowTile.tile.slot, flowTile.tile.itemId)
+                        }
+                        CollageTileGestures {
+                            anchors.fill: parent
+                            showHoverControls: renderer.wall.showHoverControls
+                            hoverTags: renderer.wall.tagRevision >= 0 ? renderer.wall.tagsFor(flowTile.tile.itemId) : []
+                            onPreviousRequested: renderer.wall.clickTile(flowTile.tile.slot, false, renderer.wall.now())
+                            onNextRequested: renderer.wall.clickTile(flowTile.tile.slot, true, renderer.wall.now())
                         }
                     }
                 }
@@ -211,10 +259,11 @@ Item {
             required property real size
             required property int depth
             readonly property real aspect: renderer.scatterAspects[itemId] || 1.5
-            readonly property real border: Math.max(4, width * 0.035)
             // The base photo is a good third of the screen's shorter side.
+            readonly property real base: Math.min(renderer.width, renderer.height) * 0.4 * size
+            readonly property real border: Math.max(4, base * 0.035)
             // Wide and tall photos grow along their long side, never wider or taller than the table.
-            width: Math.min(Math.min(renderer.width, renderer.height) * 0.4 * size * Math.sqrt(aspect),
+            width: Math.min(base * Math.sqrt(aspect),
                             renderer.width * 0.8, (renderer.height * 0.8 - 2 * border) * aspect + 2 * border)
             height: (width - 2 * border) / aspect + 2 * border
             // Centred where it fell, but kept on the table.
@@ -265,10 +314,39 @@ Item {
                 onFailed: itemId => renderer.tileFailed(itemId)
             }
             CollageTileHitLayer {
+                id: cardHit
                 anchors.fill: parent
                 wall: renderer.wall
                 itemId: card.itemId
+                onMenuRequested: (x, y) => renderer.openMenu(cardHit, x, y, -1, card.itemId)
             }
         }
+    }
+
+    CollageContextMenu {
+        id: menu
+        anchors.fill: parent
+        z: 100
+        flowWall: renderer.layoutName === "flow"
+        autoCycling: renderer.wall.autoCycling
+        hostItems: renderer.hostMenuItems
+        // While a menu is open the wall holds still.
+        onMenuOpened: menuId => renderer.wall.menuOpened(menuId)
+        onMenuClosed: menuId => renderer.wall.menuClosed(menuId)
+        onOpenFullRequested: slot => {
+            if (slot >= 0)
+                renderer.wall.doubleClickTile(slot)
+            else
+                renderer.wall.doubleClickItem(renderer.menuItemId)
+        }
+        onToggleAutoCycleRequested: renderer.wall.toggleFlowAutoCycle()
+        onHostItemChosen: (id, slot) => renderer.hostMenuItemChosen(id, slot)
+    }
+
+    CollageIntroOverlay {
+        anchors.fill: parent
+        z: 101
+        visible: renderer.showIntro
+        onDismissed: renderer.introDismissed()
     }
 }

@@ -1,5 +1,7 @@
 // The collage wall's overlays (intro card, tile menu, tile hover controls), driven through a real
 // Qt Quick window: texts, clicks that must or must not reach the wall, and the hover timing.
+#include "QuickItems.h"
+
 #include <gtest/gtest.h>
 
 #include <QMouseEvent>
@@ -20,23 +22,6 @@ Q_IMPORT_QML_PLUGIN(Sorvane_ViewsPlugin)
 
 namespace sorvane {
 namespace {
-
-void visitItems(QQuickItem *item, const std::function<void(QQuickItem *)> &visit)
-{
-    visit(item);
-    for (QQuickItem *child : item->childItems())
-        visitItems(child, visit);
-}
-
-std::vector<QQuickItem *> visibleItems(QQuickItem *root, const std::function<bool(QQuickItem *)> &wanted)
-{
-    std::vector<QQuickItem *> found;
-    visitItems(root, [&](QQuickItem *item) {
-        if (item->isVisible() && wanted(item))
-            found.push_back(item);
-    });
-    return found;
-}
 
 bool isText(QQuickItem *item)
 {
