@@ -120,10 +120,11 @@ def qml_module_closure(qml_root, modules):
             with open(qmldir) as file:
                 for line in file:
                     words = line.split()
-                    if len(words) >= 2 and words[0] in ("import", "depends", "optional"):
-                        name = words[2] if words[0] == "optional" and len(words) > 2 else words[1]
-                        if name not in ("import", "auto") and name[0].isalpha():
-                            pending.append(name)
+                    if words[:1] == ["optional"]:
+                        words = words[1:]
+                    # "import X [version|auto]" and "depends X [version]" name other modules.
+                    if len(words) >= 2 and words[0] in ("import", "depends"):
+                        pending.append(words[1])
     return {module: folder for module, folder in seen.items() if folder}
 
 
