@@ -1,9 +1,11 @@
 #include "ExportOptions.h"
 
+#include "PlayerPayloadLocation.h"
 #include "bundle/BundleSort.h"
 #include "bundle/BundleWireValues.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QSysInfo>
@@ -39,11 +41,14 @@ Bundle:
   --sha256                  Record every file's SHA-256, so that
                             'sorvane verify --level full' can check it.
   --no-readme               Do not write README.txt.
-  --with-player DIR         Copy the player application in DIR into the bundle,
-                            so that the bundle plays with nothing installed.
+  --with-player [DIR]       Copy the player into the bundle, so that the bundle
+                            plays with nothing installed: the payload built
+                            beside this tool (target player_payload), or the
+                            player application in DIR. DIR, when given, follows
+                            directly (or write --with-player=DIR).
   --player-platform TEXT    Platform of that player (default: this computer's,
                             for example linux-x86_64).
-  --player-entry FILE       File that starts the player (default SorvanePlayer).
+  --player-entry FILE       File that starts the player (default Slidora).
   --player-version TEXT     Version of the player (default: this tool's).
   --player-reader-version N
                             Bundle reader version the player implements
@@ -490,21 +495,61 @@ void readPlayer(OptionReader &reader, const ExportEnvironment &environment, Bund
         }
         return;
     }
-    const QString payload = absolute(environment, reader.value("with-player"));
-    if (environment.kindOf(payload) != SourceKind::folder)
-        reader.fail(QStringLiteral("no such folder for --with-player: '%1'.").arg(reader.value("with-player")));
     request.flavor = BundleFlavor::withPlayer;
-    request.playerPayloadDirectory = payload;
     request.playerPlatform = environment.playerPlatform;
-    request.playerEntryFileName = QStringLiteral("SorvanePlayer");
+    request.playerEntryFileName = PlayerPayloadLocation::entryFileName();
     request.playerVersion = QStringLiteral(SORVANE_VERSION);
     reader.text("player-platform", request.playerPlatform);
     reader.text("player-entry", request.playerEntryFileName);
+    const auto holdsEntry = [&](const QString &folder) {
+        return environment.kindOf(folder + QLatin1Char('/') + request.playerEntryFileName) != SourceKind::missing;
+    };
+
+    const QString given = reader.value("with-player");
+    if (given.isEmpty()) {
+        const auto found = std::find_if(environment.playerPayloadCandidates.begin(),
+            environment.playerPayloadCandidates.end(), [&](const QString &folder) {
+                return environment.kindOf(folder) == SourceKind::folder && holdsEntry(folder);
+            });
+        if (found == environment.playerPayloadCandidates.end()) {
+            reader.fail(QStringLiteral("the player payload is not built (looked in %1); build it with "
+                                       "'cmake --build build --target player_payload', or name a player "
+                                       "folder: --with-player DIR.")
+                            .arg(environment.playerPayloadCandidates.join(QStringLiteral(", "))));
+            return;
+        }
+        request.playerPayloadDirectory = *found;
+    } else {
+        const QString payload = absolute(environment, given);
+        if (environment.kindOf(payload) != SourceKind::folder)
+            reader.fail(QStringLiteral("no such folder for --with-player: '%1'.").arg(given));
+        else if (!holdsEntry(payload))
+            // Most often a source folder written right after --with-player.
+            reader.fail(QStringLiteral("'%1' holds no player: there is no %2 in it (name the file that starts "
+                                       "the player with --player-entry).")
+                            .arg(given, request.playerEntryFileName));
+        request.playerPayloadDirectory = payload;
+    }
     reader.text("player-version", request.playerVersion);
     // 0 is accepted so that the writer, not the parser, refuses a player too old for the bundle.
     if (const auto version
         = reader.integer("player-reader-version", 0, int64Max, QStringLiteral("a whole number, 0 or more")))
         request.playerReaderCapabilityVersion = *version;
+}
+
+// --with-player takes a folder only when one follows it: at the end, or before another
+// option, it stands alone and means the default payload.
+QStringList withOptionalPlayerFolder(QStringList arguments)
+{
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        if (arguments[i] == QLatin1StringView("--"))
+            break;
+        const bool alone = i + 1 == arguments.size() || arguments[i + 1].startsWith(QLatin1Char('-'));
+        if ((arguments[i] == QLatin1StringView("--with-player") || arguments[i] == QLatin1StringView("-with-player"))
+            && alone)
+            arguments[i] = QStringLiteral("--with-player=");
+    }
+    return arguments;
 }
 
 } // namespace
@@ -520,6 +565,7 @@ ExportEnvironment ExportEnvironment::current()
         return info.isDir() ? SourceKind::folder : SourceKind::file;
     };
     environment.playerPlatform = QSysInfo::kernelType() + QLatin1Char('-') + QSysInfo::currentCpuArchitecture();
+    environment.playerPayloadCandidates = PlayerPayloadLocation::candidates(QCoreApplication::applicationDirPath());
     return environment;
 }
 
@@ -540,7 +586,7 @@ ExportParseResult parseExportOptions(const QStringList &arguments, const ExportE
     parser.addPositionalArgument(QStringLiteral("SOURCE"), QString());
 
     ExportParseResult result;
-    if (!parser.parse(QStringList {QStringLiteral("sorvane export")} + arguments)) {
+    if (!parser.parse(QStringList {QStringLiteral("sorvane export")} + withOptionalPlayerFolder(arguments))) {
         result.usageError = parser.errorText();
         return result;
     }

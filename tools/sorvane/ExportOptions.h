@@ -17,6 +17,7 @@ struct ExportEnvironment {
     QString workingDirectory; // relative paths are resolved against it
     std::function<SourceKind(const QString &absolutePath)> kindOf; // what is at a path
     QString playerPlatform; // default of --player-platform
+    QStringList playerPayloadCandidates; // where --with-player without a folder looks, in order
 
     // The real file system and current directory.
     static ExportEnvironment current();

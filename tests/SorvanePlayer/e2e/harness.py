@@ -173,9 +173,10 @@ class Screenshot:
 class XServer:
     """An Xvfb of our own with the given screens, on a display number nobody holds."""
 
-    def __init__(self, workdir, screens=TWO_SCREENS):
+    def __init__(self, workdir, screens=TWO_SCREENS, numbers=DISPLAY_NUMBERS):
         self.workdir = workdir
         self.screens = screens
+        self.numbers = numbers
         self.process = None
         self.number = None
 
@@ -184,13 +185,13 @@ class XServer:
         return f":{self.number}"
 
     def start(self):
-        for number in DISPLAY_NUMBERS:
+        for number in self.numbers:
             if os.path.exists(f"/tmp/.X{number}-lock") or os.path.exists(f"/tmp/.X11-unix/X{number}"):
                 continue
             if self._try_start(number):
                 self.number = number
                 return self
-        raise RuntimeError("no free X display number in :100-:139")
+        raise RuntimeError(f"no free X display number in :{self.numbers[0]}-:{self.numbers[-1]}")
 
     def _try_start(self, number):
         command = ["Xvfb", f":{number}"]

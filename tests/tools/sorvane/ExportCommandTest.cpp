@@ -246,7 +246,7 @@ TEST_F(ExportCommand, WithPlayerCopiesThePayloadAndRecordsIt)
 {
     const QString payload = out.filePath("payload");
     QDir().mkpath(payload);
-    QFile player(payload + "/SorvanePlayer");
+    QFile player(payload + "/Slidora");
     ASSERT_TRUE(player.open(QIODevice::WriteOnly));
     player.write(QByteArray(5000, 'p'));
     player.close();
@@ -257,18 +257,21 @@ TEST_F(ExportCommand, WithPlayerCopiesThePayloadAndRecordsIt)
     EXPECT_TRUE(result.out.contains(QRegularExpression("\n  player +5.0 KB\n"))) << qPrintable(result.out);
     EXPECT_TRUE(result.out.contains(QRegularExpression("\n  original +3 files "))) << qPrintable(result.out);
     const QString bundle = out.filePath("dest/sorvane.bundle");
-    EXPECT_TRUE(QFileInfo::exists(bundle + "/player/SorvanePlayer"));
+    EXPECT_TRUE(QFileInfo::exists(bundle + "/player/Slidora"));
     const QJsonObject manifest = readJson(bundle + "/bundle.json");
     EXPECT_EQ(manifest["flavor"].toString(), "with-player");
     const QJsonObject entry = manifest["players"].toArray().first().toObject();
     EXPECT_EQ(entry["platform"].toString(), "testos-arm64");
     EXPECT_EQ(entry["player_version"].toString(), "9.1");
-    EXPECT_EQ(entry["entry"].toString(), "SorvanePlayer");
+    EXPECT_EQ(entry["entry"].toString(), "Slidora");
+    EXPECT_EQ(entry["payload_dir"].toString(), "player");
+    EXPECT_EQ(entry["reader_capability_version"].toInteger(), 1);
+    EXPECT_EQ(entry["bytes"].toInteger(), 5000);
 }
 
 TEST_F(ExportCommand, WriterErrorsExitOneWithTheirCodeAndMessage)
 {
-    QDir().mkpath(out.filePath("payload"));
+    QDir().mkpath(out.filePath("payload/Slidora"));
     const Outcome result = sorvane({"export", photos(), "--to", out.filePath("dest"), "--with-player",
         out.filePath("payload"), "--player-reader-version", "0"});
     EXPECT_EQ(result.status, 1);

@@ -17,13 +17,17 @@ ExportEnvironment fakeEnvironment()
     ExportEnvironment environment;
     environment.workingDirectory = QStringLiteral("/work");
     environment.kindOf = [](const QString &path) {
-        static const QStringList folders {"/work/photos", "/media/in", "/work/payload"};
-        static const QStringList files {"/work/a.jpg", "/work/b.mov", "/work/logo.png"};
+        static const QStringList folders {"/work/photos", "/media/in", "/work/payload", "/work/payload/Sorvane.app",
+            "/opt/sorvane/lib/sorvane/player"};
+        static const QStringList files {"/work/a.jpg", "/work/b.mov", "/work/logo.png", "/work/payload/Slidora",
+            "/opt/sorvane/lib/sorvane/player/Slidora"};
         if (folders.contains(path))
             return SourceKind::folder;
         return files.contains(path) ? SourceKind::file : SourceKind::missing;
     };
     environment.playerPlatform = QStringLiteral("testos-arm64");
+    // The build tree's payload is not built here; the installed one is.
+    environment.playerPayloadCandidates = {"/opt/sorvane/payload", "/opt/sorvane/lib/sorvane/player"};
     return environment;
 }
 
@@ -192,6 +196,16 @@ struct OptionCase {
     std::function<void(BundleWriteRequest &)> expect;
 };
 
+// What --with-player sets when only the payload folder is chosen.
+void withPlayerFrom(BundleWriteRequest &r, const QString &folder)
+{
+    r.flavor = BundleFlavor::withPlayer;
+    r.playerPayloadDirectory = folder;
+    r.playerPlatform = "testos-arm64";
+    r.playerEntryFileName = "Slidora";
+    r.playerVersion = SORVANE_VERSION;
+}
+
 TEST(ExportOptions, EachOptionSetsItsOwnFieldAndNothingElse)
 {
     using R = BundleWriteRequest;
@@ -205,13 +219,14 @@ TEST(ExportOptions, EachOptionSetsItsOwnFieldAndNothingElse)
         {{"--no-readme"}, [](R &r) { r.writeReadme = false; }},
         {{"--replace"}, [](R &r) { r.replaceExisting = true; }},
         {{"--jobs", "3"}, [](R &r) { r.jobs = 3; }},
-        {{"--with-player", "payload"},
+        {{"--with-player", "payload"}, [](R &r) { withPlayerFrom(r, "/work/payload"); }},
+        {{"--with-player=payload"}, [](R &r) { withPlayerFrom(r, "/work/payload"); }},
+        // Without a folder: the first candidate that holds a player.
+        {{"--with-player"}, [](R &r) { withPlayerFrom(r, "/opt/sorvane/lib/sorvane/player"); }},
+        {{"--with-player", "--sha256"},
             [](R &r) {
-                r.flavor = BundleFlavor::withPlayer;
-                r.playerPayloadDirectory = "/work/payload";
-                r.playerPlatform = "testos-arm64";
-                r.playerEntryFileName = "SorvanePlayer";
-                r.playerVersion = SORVANE_VERSION;
+                withPlayerFrom(r, "/opt/sorvane/lib/sorvane/player");
+                r.emitSha256 = true;
             }},
         {{"--with-player", "/work/payload", "--player-platform", "macos-arm64", "--player-entry", "Sorvane.app",
              "--player-version", "2.1", "--player-reader-version", "0"},
@@ -441,6 +456,19 @@ TEST(ExportOptions, BadNumbersNameTheOptionAndTheRange)
         minimal);
 }
 
+TEST(ExportOptions, WithPlayerAloneNeedsABuiltPayload)
+{
+    ExportEnvironment environment = fakeEnvironment();
+    environment.playerPayloadCandidates = {"/opt/build/payload", "/work/photos"};
+    for (const QStringList &arguments : {QStringList {"--with-player"}, QStringList {"--with-player", "--", "b.mov"}}) {
+        const ExportParseResult result = parseExportOptions(minimal + arguments, environment);
+        ASSERT_FALSE(result.ok()) << str(arguments);
+        EXPECT_EQ(str(result.usageError),
+            "the player payload is not built (looked in /opt/build/payload, /work/photos); build it with "
+            "'cmake --build build --target player_payload', or name a player folder: --with-player DIR.");
+    }
+}
+
 TEST(ExportOptions, OtherMistakesAreUsageErrors)
 {
     expectUsageErrors(
@@ -461,6 +489,11 @@ TEST(ExportOptions, OtherMistakesAreUsageErrors)
             {{"--player-reader-version", "1"}, "--player-reader-version needs --with-player."},
             {{"--with-player", "missing"}, "no such folder for --with-player: 'missing'."},
             {{"--with-player", "a.jpg"}, "no such folder for --with-player: 'a.jpg'."},
+            {{"--with-player", "photos"},
+                "'photos' holds no player: there is no Slidora in it (name the file that starts the player with "
+                "--player-entry)."},
+            {{"--with-player", "payload", "--player-entry", "SorvanePlayer"},
+                "'payload' holds no player: there is no SorvanePlayer in it"},
             {{"--logo", "missing.png"}, "no such file for --logo: 'missing.png'."},
             {{"--name", "a/b"}, "invalid value 'a/b' for --name (use a folder name, not a path)."},
             {{"--name", ".."}, "invalid value '..' for --name"},
