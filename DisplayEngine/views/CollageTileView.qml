@@ -62,7 +62,8 @@ Item {
     component TileImage: Image {
         anchors.fill: parent
         asynchronous: true
-        cache: false // the thumbnail cache keeps the pixels
+        // Copies of a tile (a Flow strip repeats its tiles) share one image and one texture.
+        cache: true
         fillMode: Image.PreserveAspectCrop
         sourceSize: Qt.size(tile.decodeEdge, tile.decodeEdge)
         opacity: 0

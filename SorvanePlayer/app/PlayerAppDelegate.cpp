@@ -41,8 +41,12 @@ void addImageProviders(QQmlEngine &qml, BrandLogoCache *logos)
     qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
     qml.addImageProvider(QStringLiteral("slide"), new SlideImageProvider);
     // One cache for every wall on every screen: a photo shown twice is decoded once.
+    // Two screens of walls show under a hundred photos at once, under 1 MB each at tile size.
+    constexpr qint64 wallCacheBytes = qint64(128) * 1024 * 1024;
+    constexpr int wallCacheCount = 300;
     qml.addImageProvider(CollageImageProvider::kProviderName,
-        new CollageImageProvider(std::make_shared<ThumbnailCache>(std::make_shared<QtThumbnailDecoder>())));
+        new CollageImageProvider(std::make_shared<ThumbnailCache>(
+            std::make_shared<QtThumbnailDecoder>(), wallCacheBytes, wallCacheCount)));
     qml.addImageProvider(QStringLiteral("brand"), logos);
 }
 } // namespace
