@@ -2,6 +2,7 @@
 
 #include "media/ThumbnailCache.h"
 #include "views/QtDecodedThumbnail.h"
+#include "views/QtThumbnailDecoder.h"
 #include "views/ViewsLog.h"
 
 #include <QFutureWatcher>
@@ -59,6 +60,11 @@ private:
 } // namespace
 
 CollageImageProvider::CollageImageProvider(std::shared_ptr<ThumbnailCache> cache) : m_cache(std::move(cache)) { }
+
+std::shared_ptr<ThumbnailCache> CollageImageProvider::makeWallCache()
+{
+    return std::make_shared<ThumbnailCache>(std::make_shared<QtThumbnailDecoder>(), kWallCacheBytes, kWallCacheCount);
+}
 
 QQuickImageResponse *CollageImageProvider::requestImageResponse(const QString &id, const QSize &requestedSize)
 {

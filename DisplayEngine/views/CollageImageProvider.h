@@ -22,6 +22,12 @@ public:
 
     explicit CollageImageProvider(std::shared_ptr<ThumbnailCache> cache);
 
+    // The cache a host's walls share: two screens of walls show under a hundred photos at once,
+    // each under 1 MB at tile size, so this holds every one on screen and the recent past.
+    static constexpr qint64 kWallCacheBytes = qint64(128) * 1024 * 1024;
+    static constexpr int kWallCacheCount = 300;
+    static std::shared_ptr<ThumbnailCache> makeWallCache();
+
     QQuickImageResponse *requestImageResponse(const QString &id, const QSize &requestedSize) override;
 
     // The id of a file. Base64url survives the trip through a QML image URL untouched,

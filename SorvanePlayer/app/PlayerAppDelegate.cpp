@@ -14,11 +14,9 @@
 #include "core/PlayerEngine.h"
 #include "core/PlayerLocation.h"
 #include "media/BrandOverlay.h"
-#include "media/ThumbnailCache.h"
 #include "platform/DisplaySleepInhibitor.h"
 #include "slideshow/PreferenceStore.h"
 #include "views/CollageImageProvider.h"
-#include "views/QtThumbnailDecoder.h"
 #include "views/SlideImageProvider.h"
 
 #include <QCursor>
@@ -41,12 +39,8 @@ void addImageProviders(QQmlEngine &qml, BrandLogoCache *logos)
     qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
     qml.addImageProvider(QStringLiteral("slide"), new SlideImageProvider);
     // One cache for every wall on every screen: a photo shown twice is decoded once.
-    // Two screens of walls show under a hundred photos at once, under 1 MB each at tile size.
-    constexpr qint64 wallCacheBytes = qint64(128) * 1024 * 1024;
-    constexpr int wallCacheCount = 300;
-    qml.addImageProvider(CollageImageProvider::kProviderName,
-        new CollageImageProvider(std::make_shared<ThumbnailCache>(
-            std::make_shared<QtThumbnailDecoder>(), wallCacheBytes, wallCacheCount)));
+    qml.addImageProvider(
+        CollageImageProvider::kProviderName, new CollageImageProvider(CollageImageProvider::makeWallCache()));
     qml.addImageProvider(QStringLiteral("brand"), logos);
 }
 } // namespace
