@@ -66,9 +66,18 @@ Item {
         color: renderer.background
     }
 
-    // Any movement over the wall pauses the Flow scroll for a moment.
+    // Any movement over the wall pauses the Flow scroll for a moment. Qt Quick also re-sends
+    // hover to a pointer resting still while the tiles move under it; that is not a movement,
+    // or a pointer left on the screen would hold the wall for ever.
+    property point lastPointer: Qt.point(-1, -1)
     HoverHandler {
-        onPointChanged: renderer.wall.pointerMoved()
+        onPointChanged: {
+            const at = point.scenePosition
+            if (at.x === renderer.lastPointer.x && at.y === renderer.lastPointer.y)
+                return
+            renderer.lastPointer = at
+            renderer.wall.pointerMoved()
+        }
     }
 
     property bool reshuffling: false

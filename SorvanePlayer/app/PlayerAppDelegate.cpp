@@ -17,16 +17,13 @@
 #include "platform/DisplaySleepInhibitor.h"
 #include "slideshow/PreferenceStore.h"
 #include "views/CollageImageProvider.h"
+#include "views/DecodedMemory.h"
 #include "views/SlideImageProvider.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
-
-#if defined(__GLIBC__)
-#include <malloc.h>
-#endif
 
 namespace sorvane {
 
@@ -327,13 +324,8 @@ void PlayerAppDelegate::startPlayback(std::shared_ptr<OpenedBundle> bundle)
 
 void PlayerAppDelegate::firstPhotoPresented()
 {
-#if defined(__GLIBC__)
-    // From here on, decoded slides (megabytes each, freed seconds later on other
-    // threads) get their own mappings, so their memory goes back to the system at
-    // once instead of piling up in malloc's pools over days of play. Set after the
-    // first photo, because start-up makes many such allocations it soon frees.
-    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
-#endif
+    // Start-up is over: from here decoded pictures give their memory back when freed.
+    DecodedMemory::returnLargeBuffersAtOnce();
     const QList<QQuickWindow *> windows = m_windows ? m_windows->windows() : QList<QQuickWindow *>();
     if (windows.isEmpty())
         return;

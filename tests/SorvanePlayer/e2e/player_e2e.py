@@ -447,6 +447,12 @@ class WallTest(PlayerTestCase):
         with self.subTest("photo wall"):
             self.press_and_see(x, player, "1", r"^Wall flow on 2 screen\(s\)$")
             self.assert_flow_strips(x, "photo-wall")
+            # The strips scroll, with the pointer resting where it was left over the wall.
+            strip = (0.01, 0.05, 0.19, 0.7)
+            before = x.screenshot(0).crop(*strip)
+            self.wait_for_screen(x, 0, "photo-wall-moved",
+                                 lambda s: s.crop(*strip).fraction_different(before) > 0.05,
+                                 "the first strip moved on", timeout=5)
             mark = player.mark()
             for key in ("Right", "Left", "Right"):
                 x.key(key)
