@@ -34,6 +34,10 @@ Item {
         const pixels = Math.max(64, points * Screen.devicePixelRatio)
         return Math.ceil(pixels / 64) * 64
     }
+    function decodeSquare(points) {
+        const edge = decodeEdge(points)
+        return Qt.size(edge, edge)
+    }
 
     function tileFailed(itemId) { renderer.wall.tileFailed(itemId) }
 
@@ -120,7 +124,7 @@ Item {
                 itemId: cell.tile.itemId
                 source: cell.tile.url
                 cornerRadius: renderer.cornerRadius
-                decodeEdge: renderer.decodeEdge(Math.max(renderer.width, renderer.height) * 0.5)
+                decodeSize: renderer.decodeSquare(Math.max(renderer.width, renderer.height) * 0.5)
                 onAspect: (itemId, value) => renderer.tileAspect(itemId, value)
                 onFailed: itemId => renderer.tileFailed(itemId)
             }
@@ -185,8 +189,11 @@ Item {
                             itemId: flowTile.tile.itemId
                             source: flowTile.tile.url
                             cornerRadius: renderer.cornerRadius
-                            // Covers tiles from 2:3 to 3:2 without enlarging.
-                            decodeEdge: renderer.decodeEdge(strip.info.thickness * 1.5)
+                            // Across the strip exactly its thickness; along it room for a 2:3 photo.
+                            // A landscape photo then decodes at the width it is drawn, not wider.
+                            decodeSize: strip.horizontal
+                                ? Qt.size(renderer.decodeEdge(strip.info.thickness * 1.5), renderer.decodeEdge(strip.info.thickness))
+                                : Qt.size(renderer.decodeEdge(strip.info.thickness), renderer.decodeEdge(strip.info.thickness * 1.5))
                             onAspect: (itemId, value) => renderer.tileAspect(itemId, value)
                             onFailed: itemId => renderer.tileFailed(itemId)
                         }
@@ -311,7 +318,7 @@ Item {
                 anchors.margins: card.border
                 itemId: card.itemId
                 source: card.url
-                decodeEdge: renderer.decodeEdge(Math.max(card.width, card.height))
+                decodeSize: renderer.decodeSquare(Math.max(card.width, card.height))
                 onAspect: (itemId, value) => {
                     renderer.tileShown()
                     if (renderer.scatterAspects[itemId] !== value) {

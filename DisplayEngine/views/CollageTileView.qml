@@ -1,7 +1,7 @@
 import QtQuick
 import Sorvane.Views
 
-// One photo of a wall: the item's thumbnail, decoded off the GUI thread at `decodeEdge`,
+// One photo of a wall: the item's thumbnail, decoded off the GUI thread to fit `decodeSize`,
 // cross-fading when the slot's item changes. A placeholder shows until the first arrives;
 // the old photo stays up while the new one loads, so a change never flashes empty.
 Item {
@@ -9,7 +9,7 @@ Item {
 
     property string itemId
     property url source          // the item's file
-    property int decodeEdge: 512 // the thumbnail fits inside a square of this many pixels
+    property size decodeSize: Qt.size(512, 512) // pixels the thumbnail fits inside
     property real cornerRadius: 0
     property real fadeSeconds: 0.6
 
@@ -65,7 +65,7 @@ Item {
         // Copies of a tile (a Flow strip repeats its tiles) share one image and one texture.
         cache: true
         fillMode: Image.PreserveAspectCrop
-        sourceSize: Qt.size(tile.decodeEdge, tile.decodeEdge)
+        sourceSize: tile.decodeSize
         opacity: 0
         onStatusChanged: tile.arrived(this)
     }
