@@ -2,8 +2,8 @@
 // frames swapped, process CPU per frame, the gaps between frames, and resident memory.
 //
 //   bench_wall [--pool N] [--layout flow|varied|scatter|none] [--interval S] [--seconds T]
-//              [--warmup W] [--rss-every S] [--auto-cycle] [--no-ticker] [--size WxH] [--seed N]
-//              [--xserver-pid PID] [--screenshot PNG] PHOTO-FOLDER | PHOTO...
+//              [--warmup W] [--rss-every S] [--auto-cycle] [--pointer-pause] [--no-ticker] [--cache-mb N]
+//              [--size WxH] [--seed N] [--xserver-pid PID] [--screenshot PNG] PHOTO-FOLDER | PHOTO...
 //
 // The wall is the product's own: CollageRenderer over a CollageWallModel on the real clock and
 // timers, thumbnails through the collage image provider. `--layout none` shows a black window
@@ -16,6 +16,9 @@
 // (--seconds, counted from the window being shown); the warm-up's longest gap is printed apart,
 // since the first thumbnails are decoded then. RSS is sampled from the start every --rss-every
 // seconds; its growth is from the first sample at or after the warm-up to the last.
+//
+// The Flow wall's pointer pause is off unless --pointer-pause: with it, a pointer resting over
+// the window holds the scroll. --cache-mb bounds the thumbnail cache (default: the player's).
 
 #include "collage/CollageLayout.h"
 #include "collage/CollageSlideshowSettingsStore.h"
@@ -26,12 +29,14 @@
 #include "slideshow/QtTimerScheduler.h"
 #include "slideshow/SystemClock.h"
 #include "views/CollageImageProvider.h"
+#include "views/DecodedMemory.h"
 #include "views/QtThumbnailDecoder.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
+#include <QJSValue>
 #include <QLoggingCategory>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
@@ -51,9 +56,11 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -76,11 +83,14 @@ struct Options {
     int pool = 0; // 0: one item per file
     Layout layout = Layout::flow;
     std::optional<double> interval;
+    // The size the player gives its walls' cache.
+    int cacheMegabytes = int(CollageImageProvider::kWallCacheBytes / (1024 * 1024));
     double seconds = 60;
     double warmup = 5;
     double rssEvery = 5;
     bool autoCycle = false;
     bool ticker = true;
+    bool pointerPause = false;
     QSize size;
     quint64 seed = 1;
     qint64 xserverPid = 0;
@@ -125,6 +135,8 @@ std::optional<Options> parseArguments(const QStringList &args)
                 return std::nullopt;
         } else if (arg == QLatin1StringView("--interval") && hasValue) {
             options.interval = args[++i].toDouble(&ok);
+        } else if (arg == QLatin1StringView("--cache-mb") && hasValue) {
+            options.cacheMegabytes = args[++i].toInt(&ok);
         } else if (arg == QLatin1StringView("--seconds") && hasValue) {
             options.seconds = args[++i].toDouble(&ok);
         } else if (arg == QLatin1StringView("--warmup") && hasValue) {
@@ -133,6 +145,8 @@ std::optional<Options> parseArguments(const QStringList &args)
             options.rssEvery = args[++i].toDouble(&ok);
         } else if (arg == QLatin1StringView("--auto-cycle")) {
             options.autoCycle = true;
+        } else if (arg == QLatin1StringView("--pointer-pause")) {
+            options.pointerPause = true;
         } else if (arg == QLatin1StringView("--no-ticker")) {
             options.ticker = false;
         } else if (arg == QLatin1StringView("--size") && hasValue) {
@@ -156,8 +170,8 @@ std::optional<Options> parseArguments(const QStringList &args)
         if (!ok)
             return std::nullopt;
     }
-    if (options.pool < 0 || options.seconds <= 0 || options.warmup < 0 || options.warmup >= options.seconds
-        || options.rssEvery <= 0 || (options.interval && *options.interval <= 0))
+    if (options.pool < 0 || options.cacheMegabytes <= 0 || options.seconds <= 0 || options.warmup < 0
+        || options.warmup >= options.seconds || options.rssEvery <= 0 || (options.interval && *options.interval <= 0))
         return std::nullopt;
     if (options.layout != Layout::none && options.inputs.isEmpty())
         return std::nullopt;
@@ -239,6 +253,49 @@ std::optional<double> processCpuSeconds(qint64 pid)
         }
     }
     return std::nullopt;
+}
+
+// CPU seconds of each of this process's threads, by thread id, with the thread's name.
+struct ThreadCpu {
+    std::string name;
+    double seconds = 0;
+};
+std::map<long, ThreadCpu> threadCpu()
+{
+    std::map<long, ThreadCpu> threads;
+    for (const QFileInfo &task :
+        QDir(QStringLiteral("/proc/self/task")).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        std::ifstream stat(task.absoluteFilePath().toStdString() + "/stat");
+        std::string line;
+        if (!std::getline(stat, line))
+            continue;
+        const size_t open = line.find('('), close = line.rfind(')');
+        if (open == std::string::npos || close == std::string::npos)
+            continue;
+        std::istringstream fields(line.substr(close + 2));
+        std::string field;
+        unsigned long long utime = 0, stime = 0;
+        for (int index = 3; fields >> field && index <= 15; ++index) {
+            if (index == 14)
+                utime = std::stoull(field);
+            else if (index == 15)
+                stime = std::stoull(field);
+        }
+        threads[task.fileName().toLong()]
+            = {line.substr(open + 1, close - open - 1), double(utime + stime) / double(sysconf(_SC_CLK_TCK))};
+    }
+    return threads;
+}
+
+// Threads of a kind share a name but for a number ("llvmpipe-0", "llvmpipe-1"): counted together.
+std::string threadKind(const std::string &name)
+{
+    if (name == "bench_wall")
+        return "GUI thread";
+    std::string kind = name;
+    while (!kind.empty() && (std::isdigit(static_cast<unsigned char>(kind.back())) || kind.back() == '-'))
+        kind.pop_back();
+    return kind;
 }
 
 double rssMegabytes()
@@ -381,6 +438,7 @@ Window {
         }
     }
     CollageRenderer {
+        objectName: "wallRenderer"
         wall: root.wall
         width: root.width
         height: root.height
@@ -439,8 +497,9 @@ int main(int argc, char *argv[])
     const std::optional<Options> parsed = parseArguments(app.arguments());
     if (!parsed) {
         std::fprintf(stderr,
-            "usage: bench_wall [--pool N] [--layout flow|varied|scatter|none] [--interval S] [--seconds T]\n"
-            "                  [--warmup W] [--rss-every S] [--auto-cycle] [--no-ticker] [--size WxH] [--seed N]\n"
+            "usage: bench_wall [--pool N] [--layout flow|varied|scatter|none] [--interval S]\n"
+            "                  [--seconds T] [--warmup W] [--rss-every S] [--auto-cycle]\n"
+            "                  [--pointer-pause] [--no-ticker] [--cache-mb N] [--size WxH] [--seed N]\n"
             "                  [--xserver-pid PID] [--screenshot PNG] PHOTO-FOLDER | PHOTO...\n");
         return 2;
     }
@@ -473,6 +532,10 @@ int main(int argc, char *argv[])
     if (options.interval)
         store.setImageChangeInterval(*options.interval);
     store.setFlowAutoCycleTiles(options.autoCycle);
+    // Nobody moves the pointer here, so the figures must not depend on where it rests: over the
+    // window, the hover events Qt Quick sends after each frame would count as movements.
+    if (!options.pointerPause)
+        store.setFlowScrollPointerPause(0);
     CollageWallModel model(clock, timers, options.seed);
     model.setSettingsStore(&store);
     model.setLayout(options.layout == Layout::scatter ? CollageLayout::scatter
@@ -485,7 +548,8 @@ int main(int argc, char *argv[])
     QQmlEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(CollageImageProvider::kProviderName,
-        new CollageImageProvider(std::make_shared<ThumbnailCache>(std::make_shared<QtThumbnailDecoder>())));
+        new CollageImageProvider(std::make_shared<ThumbnailCache>(std::make_shared<QtThumbnailDecoder>(),
+            qint64(options.cacheMegabytes) * 1024 * 1024, CollageImageProvider::kWallCacheCount)));
     QQmlComponent component(&engine);
     component.setData(options.layout == Layout::none ? emptyQml : wallQml, QUrl(QStringLiteral("bench_wall.qml")));
     QVariantMap properties;
@@ -528,6 +592,8 @@ int main(int argc, char *argv[])
         window->show();
     else
         window->showFullScreen();
+    // As the player does once its first picture is up.
+    DecodedMemory::returnLargeBuffersAtOnce();
 
     struct Sample {
         double at;
@@ -542,19 +608,85 @@ int main(int argc, char *argv[])
     QObject::connect(&rssTimer, &QTimer::timeout, &app, sampleRss);
     rssTimer.start(int(options.rssEvery * 1000));
 
+    // The GUI thread's own stalls: a timer due every 10 ms that runs late by more than 50 ms means
+    // the event loop was busy (bindings, JavaScript, the model) or the process had no core.
+    struct GuiStalls {
+        double last = -1;
+        double longest = 0, longestAt = 0;
+        long count = 0;
+        std::vector<FrameStats::Gap> kept;
+    } guiStalls;
+    bool measuring = false;
+    QTimer stallProbe;
+    stallProbe.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&stallProbe, &QTimer::timeout, &app, [&] {
+        const double now = sinceStart();
+        const double late = guiStalls.last < 0 ? 0 : now - guiStalls.last - 0.010;
+        guiStalls.last = now;
+        if (!measuring)
+            return;
+        if (late > guiStalls.longest) {
+            guiStalls.longest = late;
+            guiStalls.longestAt = now;
+        }
+        if (late > FrameStats::longGap) {
+            ++guiStalls.count;
+            if (guiStalls.kept.size() < FrameStats::kKeptGaps)
+                guiStalls.kept.push_back({now, late});
+        }
+    });
+    stallProbe.start(10);
+
+    // Whether the Flow strips really scroll, in the model and on screen: the offsets the model
+    // gives and those the view last took (its `offsets`), read once a second, should both move.
+    QObject *renderer = window->findChild<QObject *>(QStringLiteral("wallRenderer"));
+    struct ScrollWatch {
+        QVariantList model;
+        QVariant view;
+        long seconds = 0, modelMoving = 0, viewMoving = 0;
+        QString viewValue;
+    } scroll;
+    QTimer scrollProbe;
+    QObject::connect(&scrollProbe, &QTimer::timeout, &app, [&] {
+        const QVariantList offsets = model.flowOffsets();
+        QVariant view = renderer ? renderer->property("offsets") : QVariant();
+        if (view.userType() == qMetaTypeId<QJSValue>())
+            view = view.value<QJSValue>().toVariant();
+        if (measuring) {
+            ++scroll.seconds;
+            if (offsets != scroll.model)
+                ++scroll.modelMoving;
+            // Anything but a list (a NaN never equals itself) counts as standing still.
+            const bool isList = view.userType() != QMetaType::Double && view.canConvert<QVariantList>();
+            if (isList && view.toList() != scroll.view.toList())
+                ++scroll.viewMoving;
+        }
+        scroll.model = offsets;
+        scroll.view = view;
+        scroll.viewValue
+            = QString::fromLatin1(view.typeName() ? view.typeName() : "invalid") + QLatin1Char(' ') + view.toString();
+    });
+    if (options.layout == Layout::flow)
+        scrollProbe.start(1000);
+
     struct Mark {
         double at = 0, cpu = 0;
         std::optional<double> xserverCpu;
         long changes = 0, tilesShown = 0;
+        std::map<long, ThreadCpu> threads;
     };
     const auto mark = [&] {
         return Mark {sinceStart(), cpuSeconds(), processCpuSeconds(options.xserverPid), wallChanges,
-            window->property("tilesShown").toInt()};
+            window->property("tilesShown").toInt(), threadCpu()};
     };
     Mark warmEnd, end;
-    QTimer::singleShot(int(options.warmup * 1000), Qt::PreciseTimer, &app, [&] { warmEnd = mark(); });
+    QTimer::singleShot(int(options.warmup * 1000), Qt::PreciseTimer, &app, [&] {
+        warmEnd = mark();
+        measuring = true;
+    });
     QTimer::singleShot(int(options.seconds * 1000), Qt::PreciseTimer, &app, [&] {
         frames.stop();
+        measuring = false;
         end = mark();
         sampleRss();
         if (!options.screenshot.isEmpty()) {
@@ -572,10 +704,12 @@ int main(int argc, char *argv[])
     const double span = end.at - warmEnd.at;
     const double cpu = end.cpu - warmEnd.cpu;
     const QByteArray loop = qgetenv("QSG_RENDER_LOOP");
-    std::printf("layout: %s, window %dx%d, interval %s s, auto-cycle %s, ticker %s, %.0f s (warm-up %.0f s)\n",
+    std::printf("layout: %s, window %dx%d, interval %s s, auto-cycle %s, ticker %s, thumbnail cache %d MB, %.0f s "
+                "(warm-up %.0f s)\n",
         layoutName(options.layout), window->width(), window->height(),
         qPrintable(QString::number(store.imageChangeInterval())), options.autoCycle ? "on" : "off",
-        options.layout == Layout::none || options.ticker ? "on" : "off", options.seconds, options.warmup);
+        options.layout == Layout::none || options.ticker ? "on" : "off", options.cacheMegabytes, options.seconds,
+        options.warmup);
     std::printf("render loop: %s (QSG_RENDER_LOOP=%s), frames swapped on the %s thread; GL renderer: %s\n",
         frames.swapOnGuiThread() ? "basic" : "threaded", loop.isEmpty() ? "unset" : loop.constData(),
         frames.swapOnGuiThread() ? "GUI" : "render", qPrintable(glRenderer));
@@ -585,6 +719,25 @@ int main(int argc, char *argv[])
     std::printf("frames: %ld in %.1f s = %.1f fps\n", measured.frames, span, double(measured.frames) / span);
     std::printf("cpu: %.2f s = %.1f %% of one core, %.2f ms per frame\n", cpu, 100 * cpu / span,
         measured.frames ? 1000 * cpu / double(measured.frames) : 0.0);
+    // Threads that ended during the run are missing from /proc: their share shows as "ended".
+    std::map<std::string, double> byKind;
+    double counted = 0;
+    for (const auto &[tid, thread] : end.threads) {
+        const auto before = warmEnd.threads.find(tid);
+        const double used = thread.seconds - (before != warmEnd.threads.end() ? before->second.seconds : 0.0);
+        byKind[threadKind(thread.name)] += used;
+        counted += used;
+    }
+    if (cpu - counted > 0.005)
+        byKind["ended"] += cpu - counted;
+    std::vector<std::pair<std::string, double>> kinds(byKind.begin(), byKind.end());
+    std::sort(kinds.begin(), kinds.end(), [](const auto &a, const auto &b) { return a.second > b.second; });
+    std::printf("cpu by thread:");
+    for (const auto &[kind, used] : kinds) {
+        if (cpu > 0 && used / cpu >= 0.005)
+            std::printf(" %s %.0f %%,", kind.c_str(), 100 * used / cpu);
+    }
+    std::printf(" of the process's\n");
     if (end.xserverCpu && warmEnd.xserverCpu) {
         const double xcpu = *end.xserverCpu - *warmEnd.xserverCpu;
         std::printf("x server cpu: %.2f s = %.1f %% of one core, %.2f ms per frame\n", xcpu, 100 * xcpu / span,
@@ -599,8 +752,31 @@ int main(int argc, char *argv[])
             std::printf(" %.1f:%.0f", gap.at, gap.length * 1000);
         std::printf(measured.gaps.size() < size_t(measured.longGaps) ? " ...\n" : "\n");
     }
+    std::printf("gui thread: longest stall %.1f ms (at %.1f s), %ld > 50 ms\n", guiStalls.longest * 1000,
+        guiStalls.longestAt, guiStalls.count);
+    if (!guiStalls.kept.empty()) {
+        std::printf("gui stalls > 50 ms (at s: ms):");
+        for (const FrameStats::Gap &gap : guiStalls.kept)
+            std::printf(" %.1f:%.0f", gap.at, gap.length * 1000);
+        std::printf(guiStalls.kept.size() < size_t(guiStalls.count) ? " ...\n" : "\n");
+    }
     std::printf("wall changes: %ld, tile images arrived: %ld\n", end.changes - warmEnd.changes,
         end.tilesShown - warmEnd.tilesShown);
+    if (options.layout == Layout::flow) {
+        const QVariantList strips = model.flowStrips();
+        long tiles = 0, delegates = 0;
+        for (const QVariant &strip : strips) {
+            const QVariantMap map = strip.toMap();
+            const long count = long(map.value(QStringLiteral("tiles")).toList().size());
+            tiles += count;
+            delegates += count * map.value(QStringLiteral("copies")).toInt();
+        }
+        std::printf("flow strips: %lld, %ld tiles, %ld tile views with the copies\n", qlonglong(strips.size()), tiles,
+            delegates);
+        std::printf("flow scroll: the model's offsets moved in %ld of %ld one-second samples, the view's in %ld "
+                    "(its last: %s)\n",
+            scroll.modelMoving, scroll.seconds, scroll.viewMoving, qPrintable(scroll.viewValue.left(60)));
+    }
 
     std::printf("rss samples (s: MB):");
     for (const Sample &sample : rssSamples)
@@ -616,6 +792,8 @@ int main(int argc, char *argv[])
                 "%.0f s, growth %+.1f MB (%+.1f %%)\n",
         low->rss, high->rss, statusMegabytes("VmHWM"), first.rss, first.at, last.rss, last.at, last.rss - first.rss,
         100 * (last.rss - first.rss) / first.rss);
+    std::printf("rss at the end: anonymous %.1f MB, files %.1f MB, shared memory %.1f MB\n", statusMegabytes("RssAnon"),
+        statusMegabytes("RssFile"), statusMegabytes("RssShmem"));
     std::printf("warnings printed: %ld\n", long(warningCount));
     return 0;
 }

@@ -6,7 +6,9 @@
 #
 # Environment: BUILD_DIR, RUNS (bench_open runs, default 21), ROUNDS and
 # TOTAL_MIB (passed to sha256_vs_openssl.sh), PLAYER_BENCH=0 to leave out the
-# player against feh (about 8 minutes, plus about 8 the first time for its bundle).
+# player against feh (about 8 minutes, plus about 8 the first time for its bundle),
+# WALL_BENCH=0 to leave out the collage walls under Xvfb (about 24 minutes; its own
+# variables, such as WALL_RUNS and WALL_MEMORY_SECONDS, pass through).
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -21,8 +23,10 @@ if [[ ! -f "$BUILD_DIR/build.ninja" ]]; then
         -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang -DSORVANE_BUILD_TESTS=OFF
 fi
 PLAYER_BENCH=${PLAYER_BENCH:-1}
+WALL_BENCH=${WALL_BENCH:-1}
 targets=(bench_open bench_make_photos bench_flow_frame sorvane)
 [[ "$PLAYER_BENCH" == 0 ]] || targets+=(SorvanePlayer)
+[[ "$WALL_BENCH" == 0 ]] || targets+=(bench_wall)
 cmake --build "$BUILD_DIR" --target "${targets[@]}"
 
 logs=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-bench-logs.XXXXXX")
@@ -53,6 +57,12 @@ if [[ "$PLAYER_BENCH" != 0 ]]; then
         "$here/player_vs_feh.sh" | tee "$logs/player"
 fi
 
+if [[ "$WALL_BENCH" != 0 ]]; then
+    echo
+    echo "== Collage walls under Xvfb (wall_under_xvfb.sh) =="
+    BUILD_DIR="$BUILD_DIR" "$here/wall_under_xvfb.sh" | tee "$logs/wall"
+fi
+
 echo
 echo "== Summary =="
 echo "machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2- | sed 's/^ *//')"
@@ -64,4 +74,8 @@ grep -E 'median .*GB/s|^ratio' "$logs/sha"
 grep -E '^ratio ours/baseline|^peak resident' "$logs/export"
 if [[ "$PLAYER_BENCH" != 0 ]]; then
     sed -n '/^== Player against feh ==$/,$p' "$logs/player" | tail -n +2
+fi
+if [[ "$WALL_BENCH" != 0 ]]; then
+    sed -n '/^== Collage walls under Xvfb ==$/,/^ratio /p' "$logs/wall"
+    grep -E '^memory: ' "$logs/wall" || true
 fi

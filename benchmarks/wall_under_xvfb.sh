@@ -93,6 +93,7 @@ x_frame() { value "$1" 'x server cpu:' 'ms per frame'; }
 p99_gap() { grep -m1 '^frame gaps:' "$1" | grep -oE 'p99 [0-9.]+' | cut -d' ' -f2; }
 longest_gap() { grep -m1 '^frame gaps:' "$1" | grep -oE 'longest [0-9.]+' | cut -d' ' -f2; }
 long_gaps() { value "$1" 'frame gaps:' '> 50 ms'; }
+gui_stalls() { value "$1" 'gui thread:' '> 50 ms'; }
 rss_max() { grep -m1 '^rss:' "$1" | grep -oE 'max [0-9.]+' | cut -d' ' -f2; }
 median() {
     sort -g | awk '{ v[NR] = $1 } END { if (NR == 0) print "?"; else if (NR % 2) print v[(NR + 1) / 2];
@@ -109,9 +110,10 @@ for round in $(seq "$WALL_RUNS"); do
         run_bench --layout "$layout" --pool "$WALL_POOL" --seconds "$WALL_SECONDS" --rss-every 10 \
             "${extra[@]}" >"$out" 2>"$work/$layout-$round.err"
         [[ "$round" != 1 || "$layout" != flow ]] || grep -E '^render loop' "$out"
-        printf '%-8s run %s: %6s fps, cpu %6s ms/frame (%5s %% of a core), gaps: p99 %s ms, longest %s ms, %s > 50 ms\n' \
+        printf '%-8s run %s: %6s fps, cpu %6s ms/frame (%5s %% of a core), gaps: p99 %s ms, longest %s ms, %s > 50 ms; GUI thread stalls > 50 ms: %s\n' \
             "$layout" "$round" "$(fps "$out")" "$(cpu_frame "$out")" "$(cpu_core "$out")" "$(p99_gap "$out")" \
-            "$(longest_gap "$out")" "$(long_gaps "$out")"
+            "$(longest_gap "$out")" "$(long_gaps "$out")" "$(gui_stalls "$out")"
+        grep -E '^(cpu by thread|flow scroll)' "$out" | sed 's/^/             /'
         grep -E '^gaps > 50 ms' "$out" | sed 's/^/             /' || true
     done
 done
@@ -119,7 +121,7 @@ done
 echo
 echo "== Collage walls under Xvfb =="
 echo "medians of $WALL_RUNS runs of $WALL_SECONDS s (the first 5 s left out), 1920x1080, pool $WALL_POOL, $(grep -m1 -oE "interval [0-9.]+ s" "$work/flow-1.out")"
-printf '%-8s %7s %10s %12s %11s %9s %12s %10s %9s\n' layout fps "cpu %core" "cpu ms/frame" "X ms/frame" "p99 gap" "longest gap" "gaps>50ms" "RSS MB"
+printf '%-8s %6s %9s %12s %10s %8s %11s %9s %9s %7s\n' layout fps "cpu %core" "cpu ms/frame" "X ms/frame" "p99 gap" "longest gap" "gaps>50ms" "GUI>50ms" "RSS MB"
 declare -A cpu_per_frame
 for layout in "${layouts[@]}"; do
     files=("$work/$layout"-*.out)
@@ -131,11 +133,13 @@ for layout in "${layouts[@]}"; do
     p99=$(each p99_gap | median)
     longest=$(each longest_gap | sort -g | tail -1)
     long=$(each long_gaps | paste -sd/)
+    stalls=$(each gui_stalls | paste -sd/)
     rss=$(each rss_max | median)
     cpu_per_frame[$layout]=$cpf
-    printf '%-8s %7s %10s %12s %11s %9s %12s %10s %9s\n' "$layout" "$fps" "$core" "$cpf" "$xpf" "$p99" "$longest" "$long" "$rss"
+    printf '%-8s %6s %9s %12s %10s %8s %11s %9s %9s %7s\n' "$layout" "$fps" "$core" "$cpf" "$xpf" "$p99" "$longest" "$long" "$stalls" "$rss"
 done
-echo "(longest gap: the longest in any run; gaps>50ms: per run; X: the X server's CPU)"
+echo "(longest gap: the longest in any run; gaps>50ms and GUI>50ms (the GUI thread's event loop late by more"
+echo " than 50 ms): per run; X: the X server's CPU; RSS: the highest sample)"
 awk -v flow="${cpu_per_frame[flow]}" -v none="${cpu_per_frame[none]}" \
     'BEGIN { if (none > 0) printf "ratio Flow wall / empty window, CPU per frame: %.2f (%s / %s ms)\n", flow / none, flow, none }'
 
@@ -149,8 +153,8 @@ if [[ "$WALL_MEMORY_SECONDS" != 0 ]]; then
     out="$work/memory.out"
     run_bench --layout flow --pool "$WALL_MEMORY_POOL" --interval 1 --auto-cycle --seconds "$WALL_MEMORY_SECONDS" \
         --warmup "$warmup" --rss-every 30 >"$out" 2>"$work/memory.err"
-    grep -E '^(frames|cpu|frame gaps|gaps > 50|wall changes|rss)' "$out"
-    samples=$(grep -m1 '^rss samples' "$out" | cut -d: -f2-)
+    grep -E '^(frames|cpu|x server|frame gaps|gaps > 50|gui|wall changes|flow|rss)' "$out"
+    samples=$(grep -m1 '^rss samples' "$out" | sed 's/^rss samples (s: MB)://')
     awk -v samples="$samples" -v warmup="$warmup" 'BEGIN {
         n = split(samples, s, " ")
         for (i = 1; i <= n; ++i) { split(s[i], p, ":"); t[i] = p[1]; r[i] = p[2]; if (r[i] > peak) peak = r[i] }

@@ -279,11 +279,15 @@ bool CollageWallModel::changeNow()
     return m_wall->advance(m_layout == CollageLayout::flow ? m_wall->settings().flowTilesPerChange : 1);
 }
 
-QList<qreal> CollageWallModel::flowOffsets() const
+QVariantList CollageWallModel::flowOffsets() const
 {
     std::vector<double> positions;
     m_flow->positions(positions);
-    return QList<qreal>(positions.cbegin(), positions.cend());
+    QVariantList offsets;
+    offsets.reserve(qsizetype(positions.size()));
+    for (const double position : positions)
+        offsets.append(position);
+    return offsets;
 }
 
 void CollageWallModel::pointerMoved()

@@ -146,7 +146,8 @@ public:
     bool changeNow();
 
     // Each Flow strip's scroll position at this instant, in strip order; asked every frame.
-    Q_INVOKABLE QList<qreal> flowOffsets() const;
+    // A variant list: compiled QML turns a list of reals into NaN when it stores it in a var.
+    Q_INVOKABLE QVariantList flowOffsets() const;
     // The pointer moved over the wall: the Flow wall pauses its scroll for a moment.
     Q_INVOKABLE void pointerMoved();
     // A tile's image arrived with this width / height; it shapes the item's Flow tile.

@@ -24,7 +24,7 @@ public:
 
     // The cache a host's walls share: two screens of walls show under a hundred photos at once,
     // each under 1 MB at tile size, so this holds every one on screen and the recent past.
-    static constexpr qint64 kWallCacheBytes = qint64(128) * 1024 * 1024;
+    static constexpr qint64 kWallCacheBytes = qint64(96) * 1024 * 1024;
     static constexpr int kWallCacheCount = 300;
     static std::shared_ptr<ThumbnailCache> makeWallCache();
 

@@ -474,8 +474,13 @@ TEST(CollageWallModel, FlowOffsetsFollowTheClockAndEveryHold)
     const QVariantList strips = h.model.flowStrips();
     const double cycle0 = strips[0].toMap().value("cycle").toDouble();
     const double cycle1 = strips[1].toMap().value("cycle").toDouble();
-    auto offsets = [&] { return h.model.flowOffsets(); };
-    const QList<qreal> start = offsets();
+    auto offsets = [&] {
+        QList<double> values;
+        for (const QVariant &value : h.model.flowOffsets())
+            values << value.toDouble();
+        return values;
+    };
+    const QList<double> start = offsets();
     ASSERT_EQ(start.size(), 5);
 
     h.time.advance(2.0);
@@ -484,13 +489,13 @@ TEST(CollageWallModel, FlowOffsetsFollowTheClockAndEveryHold)
     EXPECT_NEAR(offsets()[1], std::fmod(start[1] - 36.0 + cycle1, cycle1), 1e-6);
 
     h.model.setPaused(true);
-    const QList<qreal> paused = offsets();
+    const QList<double> paused = offsets();
     h.time.advance(3.0);
     EXPECT_EQ(offsets(), paused) << "a paused wall stands still";
     h.model.setPaused(false);
 
     h.model.pointerMoved();
-    const QList<qreal> pointed = offsets();
+    const QList<double> pointed = offsets();
     h.time.advance(0.4);
     h.model.pointerMoved();
     h.time.advance(0.4);
@@ -501,7 +506,7 @@ TEST(CollageWallModel, FlowOffsetsFollowTheClockAndEveryHold)
     EXPECT_NEAR(offsets()[0], std::fmod(pointed[0] + 18.0, cycle0), 1e-6);
 
     // A new speed carries on from where the strips are.
-    const QList<qreal> before = offsets();
+    const QList<double> before = offsets();
     h.store.setFlowScrollSpeed(64);
     EXPECT_EQ(offsets(), before);
     h.time.advance(1.0);
