@@ -8,10 +8,9 @@
 namespace sorvane {
 
 FlowWallDriver::FlowWallDriver(const Clock &clock, TimerScheduler &timers)
-    : m_clock(clock)
-    , m_scroll(clock.monotonicSeconds(), m_settings.flowScrollSpeed)
-    , m_pointerPause(clock, timers, m_scroll, m_settings.flowScrollPointerPause)
-    , m_scroller(m_settings.flowScrollBidirectional, false)
+    : m_clock(clock), m_scroll(clock.monotonicSeconds(), m_settings.flowScrollSpeed),
+      m_pointerPause(clock, timers, m_scroll, m_settings.flowScrollPointerPause),
+      m_scroller(m_settings.flowScrollBidirectional, false)
 {
 }
 
@@ -25,7 +24,8 @@ void FlowWallDriver::setSettings(const CollageSlideshowSettings &settings, bool 
     m_scroll.setHeld(FlowScrollHold::user, userPaused, now);
     // With endless scrolling off the wall stands still.
     m_scroll.setHeld(FlowScrollHold::still, !settings.flowInfiniteScroll, now);
-    m_pointerPause.setPauseSeconds(CollageSlideshowSettings::clampFlowScrollPointerPause(settings.flowScrollPointerPause));
+    m_pointerPause.setPauseSeconds(
+        CollageSlideshowSettings::clampFlowScrollPointerPause(settings.flowScrollPointerPause));
     m_scroller.setDirections(settings.flowScrollBidirectional, reversed, m_scroll.offset(now));
 }
 
