@@ -15,6 +15,8 @@ set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 repo=$(dirname "$here")
+# shellcheck source=benchmarks/xvfb.sh
+source "$here/xvfb.sh"
 PLAYER=${PLAYER:-$repo/build-bench/bin/SorvanePlayer}
 SORVANE=${SORVANE:-$repo/build-bench/bin/sorvane}
 MAKE_PHOTOS=${MAKE_PHOTOS:-$repo/build-bench/bin/bench_make_photos}
@@ -48,11 +50,7 @@ if [[ ! -f "$stamp" || "$(cat "$stamp")" != "$recipe" ]]; then
 fi
 echo "Bundle: $bundle ($(du -sh "$bundle" | cut -f1), $ITEMS items)"
 
-display=""
-for n in $(seq 140 179); do
-    if [[ ! -e "/tmp/.X$n-lock" && ! -e "/tmp/.X11-unix/X$n" ]]; then display=":$n"; break; fi
-done
-[[ -n "$display" ]] || { echo "player_vs_feh: no free X display in :140..:179" >&2; exit 1; }
+free_display player_vs_feh 140 179
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-player-bench.XXXXXX")
 xvfb_pid=""
@@ -65,10 +63,7 @@ cleanup() {
 }
 trap cleanup EXIT
 
-Xvfb "$display" -screen 0 1920x1080x24 -screen 1 1280x720x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-xvfb_pid=$!
-for _ in $(seq 50); do xdpyinfo -display "$display" >/dev/null 2>&1 && break; sleep 0.1; done
-xdpyinfo -display "$display" >/dev/null 2>&1 || { echo "player_vs_feh: Xvfb did not start" >&2; exit 1; }
+start_xvfb player_vs_feh "$work/xvfb.log" 1920x1080 1280x720
 echo "Display $display: screen 0 1920x1080, screen 1 1280x720 (Xvfb, Mesa llvmpipe GL)"
 
 # No desktop session: no D-Bus, no window manager, the player's state in throwaway folders.

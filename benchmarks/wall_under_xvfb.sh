@@ -17,6 +17,8 @@ set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 repo=$(dirname "$here")
+# shellcheck source=benchmarks/xvfb.sh
+source "$here/xvfb.sh"
 BUILD_DIR=${BUILD_DIR:-$repo/build-bench}
 CACHE=${CACHE:-$BUILD_DIR/wall-bench}
 WALL_RUNS=${WALL_RUNS:-3}
@@ -54,11 +56,7 @@ if [[ ! -f "$photos/made" || "$(cat "$photos/made")" != "$recipe" ]]; then
     echo "$recipe" >"$photos/made"
 fi
 
-display=""
-for n in $(seq 260 279); do
-    if [[ ! -e "/tmp/.X$n-lock" && ! -e "/tmp/.X11-unix/X$n" ]]; then display=":$n"; break; fi
-done
-[[ -n "$display" ]] || { echo "wall_under_xvfb: no free X display in :260..:279" >&2; exit 1; }
+free_display wall_under_xvfb 260 279
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-wall-bench.XXXXXX")
 xvfb_pid=""
@@ -71,10 +69,7 @@ cleanup() {
 }
 trap cleanup EXIT
 
-Xvfb "$display" -screen 0 1920x1080x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-xvfb_pid=$!
-for _ in $(seq 50); do xdpyinfo -display "$display" >/dev/null 2>&1 && break; sleep 0.1; done
-xdpyinfo -display "$display" >/dev/null 2>&1 || { echo "wall_under_xvfb: Xvfb did not start" >&2; exit 1; }
+start_xvfb wall_under_xvfb "$work/xvfb.log" 1920x1080
 mkdir -m 700 "$work/xdg"
 echo "Display $display: 1920x1080 (Xvfb, Mesa llvmpipe GL); $(nproc) cores, load average $(cut -d' ' -f1-3 /proc/loadavg)"
 
