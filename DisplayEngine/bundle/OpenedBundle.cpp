@@ -49,8 +49,10 @@ std::optional<QUrl> OpenedBundle::markUndecodable(const QString &itemId, const Q
     return std::nullopt;
 }
 
-std::vector<qsizetype> OpenedBundle::playOrder()
+const std::vector<qsizetype> &OpenedBundle::playOrder()
 {
+    if (m_playOrder)
+        return *m_playOrder;
     static const std::vector<BundleItem> none;
     const std::vector<BundleItem> &manifestItems = manifest.items ? *manifest.items : none;
     std::optional<quint64> seed;
@@ -81,7 +83,8 @@ std::vector<qsizetype> OpenedBundle::playOrder()
         if (found != playableByManifestIndex.end())
             order.push_back(found->second);
     }
-    return order;
+    m_playOrder = std::move(order);
+    return *m_playOrder;
 }
 
 std::vector<ImageItem> OpenedBundle::imageItems()

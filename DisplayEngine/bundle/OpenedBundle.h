@@ -38,15 +38,19 @@ public:
     // retires the tier and returns the next usable file, if any.
     std::optional<QUrl> markUndecodable(const QString &itemId, const QString &tier);
 
-    // Positions into `items` in play order, computed from the manifest's sort and
-    // seed; files the fallback report when a timestamp order cannot be honoured.
-    std::vector<qsizetype> playOrder();
+    // Positions into `items` in play order, from the manifest's sort and seed. Computed
+    // on the first call and kept: the engine, the walls and the image list all ask, and
+    // the fallback report (a timestamp order that cannot be honoured) is filed once.
+    const std::vector<qsizetype> &playOrder();
 
     // The playable items as media items, in play order.
     std::vector<ImageItem> imageItems();
 
     // The seeded generator for this bundle's reproducible draws.
     Pcg32 generator() const;
+
+private:
+    std::optional<std::vector<qsizetype>> m_playOrder;
 };
 
 } // namespace sorvane
