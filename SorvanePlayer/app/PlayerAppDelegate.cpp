@@ -383,7 +383,7 @@ bool PlayerAppDelegate::eventFilter(QObject *watched, QEvent *event)
         if (m_walls && qobject_cast<QWindow *>(watched))
             m_walls->noteInput();
         // Windows and their items all see the key; act on it once, at the window.
-        if (qobject_cast<QWindow *>(watched) && m_keys.handleKey(key->key(), key->modifiers()))
+        if (qobject_cast<QWindow *>(watched) && m_keys.handleKey(key->key(), key->modifiers(), key->nativeScanCode()))
             return true;
         break;
     }

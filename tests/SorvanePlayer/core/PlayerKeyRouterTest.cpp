@@ -22,7 +22,12 @@ struct KeyCase {
     int key;
     Qt::KeyboardModifiers modifiers;
     std::optional<Action> expected;
+    // The physical key, as the platform numbers it; 0 when the event carries none.
+    quint32 scanCode = 0;
 };
+
+// The main row's 1, 2 and 3 keys as X11/Wayland number them.
+constexpr quint32 row1 = 10, row2 = 11, row3 = 12, keypad1 = 87;
 
 const std::vector<KeyCase> &keyTable()
 {
@@ -70,7 +75,17 @@ const std::vector<KeyCase> &keyTable()
         {"Down", Qt::Key_Down, none, std::nullopt},
         {"Return", Qt::Key_Return, none, std::nullopt},
         {"Tab", Qt::Key_Tab, none, std::nullopt},
-        {"Exclam", Qt::Key_Exclam, shift, std::nullopt},
+        {"Exclam without a scan code", Qt::Key_Exclam, shift, std::nullopt},
+        {"Shift-1 on US", Qt::Key_Exclam, shift, Action::stylePhotoWall, row1},
+        {"Shift-2 on US", Qt::Key_At, shift, Action::styleMemoryTable, row2},
+        {"Shift-3 on UK", Qt::Key_sterling, shift, Action::styleClassic, row3},
+        {"1 on AZERTY", Qt::Key_Ampersand, none, Action::stylePhotoWall, row1},
+        {"Shift-1 on AZERTY", Qt::Key_1, shift, Action::stylePhotoWall, row1},
+        {"Control-Shift-1", Qt::Key_Exclam, macControl | shift, std::nullopt, row1},
+        {"Option-1", Qt::Key_1, option, std::nullopt, row1},
+        {"keypad 1 with its code", Qt::Key_1, keypad, Action::stylePhotoWall, keypad1},
+        {"keypad End", Qt::Key_End, keypad, std::nullopt, keypad1},
+        {"Escape with a digit's code", Qt::Key_Escape, shift, Action::exit, row2},
         {"W", Qt::Key_W, command, std::nullopt},
     };
     return table;
@@ -114,7 +129,7 @@ std::string expectedCall(Action action)
 TEST(PlayerKeyRouter, ActionForFollowsTheKeyTable)
 {
     for (const KeyCase &row : keyTable())
-        EXPECT_EQ(PlayerKeyRouter::actionFor(row.key, row.modifiers), row.expected) << row.name;
+        EXPECT_EQ(PlayerKeyRouter::actionFor(row.key, row.modifiers, row.scanCode), row.expected) << row.name;
 }
 
 TEST(PlayerKeyRouter, HandledKeysCallTheirHandlerExactlyOnce)
@@ -124,7 +139,7 @@ TEST(PlayerKeyRouter, HandledKeysCallTheirHandlerExactlyOnce)
         Recorder recorder;
         recorder.install(router);
 
-        EXPECT_EQ(router.handleKey(row.key, row.modifiers), row.expected.has_value()) << row.name;
+        EXPECT_EQ(router.handleKey(row.key, row.modifiers, row.scanCode), row.expected.has_value()) << row.name;
         if (row.expected)
             EXPECT_EQ(recorder.calls, std::vector<std::string> {expectedCall(*row.expected)}) << row.name;
         else
@@ -136,7 +151,7 @@ TEST(PlayerKeyRouter, RecognisedKeysAreSwallowedEvenWithoutHandlers)
 {
     const PlayerKeyRouter router;
     for (const KeyCase &row : keyTable())
-        EXPECT_EQ(router.handleKey(row.key, row.modifiers), row.expected.has_value()) << row.name;
+        EXPECT_EQ(router.handleKey(row.key, row.modifiers, row.scanCode), row.expected.has_value()) << row.name;
 }
 
 TEST(PlayerKeyRouter, AMissingHandlerDoesNotFallBackToAnother)
