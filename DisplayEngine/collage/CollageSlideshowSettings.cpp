@@ -25,15 +25,6 @@ const QString flowScrollSpeedKey = QStringLiteral("collage.flowScrollSpeed");
 const QString flowScrollPointerPauseKey = QStringLiteral("collage.flowScrollPointerPause");
 const QString flowAutoCycleTilesKey = QStringLiteral("collage.flowAutoCycleTiles");
 
-std::optional<double> number(const Preferences &preferences, const QString &key)
-{
-    if (const std::optional<double> value = preferences.doubleValue(key))
-        return value;
-    if (const std::optional<qint64> value = preferences.integerValue(key))
-        return double(*value);
-    return std::nullopt;
-}
-
 } // namespace
 
 qint64 CollageSlideshowSettings::clampFlowTilesPerChange(qint64 tiles)
@@ -66,9 +57,9 @@ CollageSlideshowSettings CollageSlideshowSettings::load(const Preferences &prefe
     const Preferences &p = preferences;
     if (const auto text = p.stringValue(defaultLayoutKey))
         s.defaultLayout = fromRaw<CollageLayout>(*text).value_or(CollageLayout::flow);
-    s.imageChangeInterval = number(p, imageChangeIntervalKey).value_or(s.imageChangeInterval);
+    s.imageChangeInterval = p.numberValue(imageChangeIntervalKey).value_or(s.imageChangeInterval);
     s.shuffleVariedLayout = p.boolValue(shuffleVariedLayoutKey).value_or(s.shuffleVariedLayout);
-    s.variedLayoutInterval = number(p, variedLayoutIntervalKey).value_or(s.variedLayoutInterval);
+    s.variedLayoutInterval = p.numberValue(variedLayoutIntervalKey).value_or(s.variedLayoutInterval);
     s.showTileHoverControls = p.boolValue(showTileHoverControlsKey).value_or(s.showTileHoverControls);
     if (const auto text = p.stringValue(flowWeightModeKey))
         s.flowWeightMode
@@ -76,16 +67,16 @@ CollageSlideshowSettings CollageSlideshowSettings::load(const Preferences &prefe
     if (const auto text = p.stringValue(flowOrientationKey))
         s.flowOrientation
             = *text == toRaw(FlowOrientation::horizontal) ? FlowOrientation::horizontal : FlowOrientation::vertical;
-    if (const auto tiles = p.integerValue(flowTilesPerChangeKey))
+    if (const auto tiles = p.wholeNumberValue(flowTilesPerChangeKey))
         s.flowTilesPerChange = clampFlowTilesPerChange(*tiles);
     s.flowStaggerSwaps = p.boolValue(flowStaggerSwapsKey).value_or(s.flowStaggerSwaps);
-    if (const auto adjustment = p.integerValue(flowColumnAdjustmentKey))
+    if (const auto adjustment = p.wholeNumberValue(flowColumnAdjustmentKey))
         s.flowColumnAdjustment = clampFlowColumnAdjustment(*adjustment);
     s.flowInfiniteScroll = p.boolValue(flowInfiniteScrollKey).value_or(s.flowInfiniteScroll);
     s.flowScrollBidirectional = p.boolValue(flowScrollBidirectionalKey).value_or(s.flowScrollBidirectional);
-    if (const auto speed = number(p, flowScrollSpeedKey))
+    if (const auto speed = p.numberValue(flowScrollSpeedKey))
         s.flowScrollSpeed = clampFlowScrollSpeed(*speed);
-    if (const auto pause = number(p, flowScrollPointerPauseKey))
+    if (const auto pause = p.numberValue(flowScrollPointerPauseKey))
         s.flowScrollPointerPause = clampFlowScrollPointerPause(*pause);
     s.flowAutoCycleTiles = p.boolValue(flowAutoCycleTilesKey).value_or(s.flowAutoCycleTiles);
     return s;

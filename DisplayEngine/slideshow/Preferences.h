@@ -36,6 +36,13 @@ public:
     std::optional<QJsonObject> objectValue(const QString &key) const;
     std::optional<QJsonArray> arrayValue(const QString &key) const;
 
+    // Lenient readers for settings that are numbers whatever type stored them: an
+    // integer, a double, or text that reads as a number in full (as QSettings keeps
+    // numbers in text files). Nothing for a missing key or a value that is no number.
+    std::optional<double> numberValue(const QString &key) const;
+    // The same, truncated toward zero and held within qint64; nothing for NaN.
+    std::optional<qint64> wholeNumberValue(const QString &key) const;
+
 private:
     template <typename T> std::optional<T> typed(const QString &key) const
     {
