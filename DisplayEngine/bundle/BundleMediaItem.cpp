@@ -21,11 +21,11 @@ QStringList BundleMediaItem::ladder(const QString &preferring)
     using namespace BundleFormat;
     if (preferring == tierTile)
         return {tierTile, tierFull, tierAnimated, tierOriginal};
-    // A video falls back to its poster stills; an animation to its still copies.
+    // A video falls back to its poster stills.
     if (preferring == tierVideo)
         return {tierVideo, tierFull, tierTile, tierOriginal};
-    if (preferring == tierAnimated)
-        return {tierAnimated, tierFull, tierTile, tierOriginal};
+    // Everything else, "animated" included, takes the still ladder; an animation is
+    // shown first by displayAsset(), not by the ladder.
     return {tierFull, tierTile, tierAnimated, tierOriginal};
 }
 
@@ -43,6 +43,18 @@ const BundleResolvedAsset *BundleMediaItem::resolvedAsset(const QString &preferr
     return nullptr;
 }
 
+const BundleResolvedAsset *BundleMediaItem::displayAsset() const
+{
+    const QString first = displayTier();
+    if (first != BundleFormat::tierAnimated)
+        return resolvedAsset(first);
+    if (!undecodable.contains(first)) {
+        if (const auto found = resolved.find(first); found != resolved.end())
+            return &found->second;
+    }
+    return resolvedAsset(BundleFormat::tierFull);
+}
+
 std::optional<QUrl> BundleMediaItem::url(const QString &preferring) const
 {
     if (const BundleResolvedAsset *asset = resolvedAsset(preferring))
@@ -52,7 +64,7 @@ std::optional<QUrl> BundleMediaItem::url(const QString &preferring) const
 
 std::optional<ImageItem> BundleMediaItem::imageItem() const
 {
-    const BundleResolvedAsset *asset = resolvedAsset(displayTier());
+    const BundleResolvedAsset *asset = displayAsset();
     if (!asset)
         return std::nullopt;
     ImageItem item(asset->url(), asset->asset.path.value_or(QString()), qint64(manifestIndex));

@@ -41,6 +41,9 @@ public:
     // The first usable rung, or nothing when every rung is gone.
     const BundleResolvedAsset *resolvedAsset(const QString &preferring) const;
     std::optional<QUrl> url(const QString &preferring) const;
+    // What to show now: the animation while it is usable (an animated item asks for it
+    // first), else the rung `displayTier()` leads to.
+    const BundleResolvedAsset *displayAsset() const;
 
     // The item as the rest of the engine passes it around, made from the file it
     // would show now (a fresh item id each time); nothing when no rung is left.

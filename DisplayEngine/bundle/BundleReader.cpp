@@ -442,8 +442,11 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
             addBytes(integrity->resolvedAssetBytes, check.resolution.size);
             mediaItem->resolved[check.tier] = {check.tier, *check.asset, check.resolution.absolutePath};
         }
+        // A bundle that says it carries originals owes one per item: one not even listed is absent.
+        if (checkOriginals && !item.asset(BundleFormat::tierOriginal))
+            ++integrity->expectedOriginalCount;
         // Kept only if what it would show first is something other than its untouched original.
-        const BundleResolvedAsset *shown = mediaItem->resolvedAsset(mediaItem->displayTier());
+        const BundleResolvedAsset *shown = mediaItem->displayAsset();
         if (!shown || shown->key == BundleFormat::tierOriginal) {
             integrity->missingItems.push_back({id, lastFailure.value_or(BundleReportCode::itemAssetMissing),
                 QStringLiteral("no usable asset survived the resolution ladder")});

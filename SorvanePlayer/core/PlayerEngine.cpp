@@ -106,7 +106,7 @@ std::optional<PlayerShownAsset> PlayerEngine::upcoming() const
         return std::nullopt;
     const qint64 at = m_position < qint64(m_playOrder.size()) ? m_position : 0;
     const BundleMediaItem &item = *m_bundle->items[size_t(m_playOrder[size_t((at + 1) % qint64(m_playOrder.size()))])];
-    const BundleResolvedAsset *asset = item.resolvedAsset(item.displayTier());
+    const BundleResolvedAsset *asset = item.displayAsset();
     if (!asset)
         return std::nullopt;
     return shownAsset(item, *asset);
@@ -117,7 +117,7 @@ void PlayerEngine::showCurrent()
     const BundleMediaItem *item = currentItem();
     if (!item)
         return;
-    const BundleResolvedAsset *asset = item->resolvedAsset(item->displayTier());
+    const BundleResolvedAsset *asset = item->displayAsset();
     if (!asset)
         return;
     present(*item, *asset);
@@ -167,7 +167,7 @@ void PlayerEngine::togglePause()
         m_surface.resumeVideo();
         const BundleMediaItem *item = currentItem();
         if (!isWallStyle())
-            schedule(holdSeconds(m_bundle->playback, item ? item->resolvedAsset(item->displayTier()) : nullptr));
+            schedule(holdSeconds(m_bundle->playback, item ? item->displayAsset() : nullptr));
     }
     Q_EMIT pausedChanged();
 }

@@ -181,7 +181,7 @@ QString VerifyOutput::text() const
     const qsizetype shown = std::min<qsizetype>(shownOrderEntries, qsizetype(playOrder.size()));
     for (qsizetype i = 0; i < shown; ++i) {
         const BundleMediaItem &item = *bundle.items[size_t(playOrder[size_t(i)])];
-        const BundleResolvedAsset *asset = item.resolvedAsset(item.displayTier());
+        const BundleResolvedAsset *asset = item.displayAsset();
         out << QStringLiteral("  %1. ").arg(i + 1, 3) << item.id << "  " << toRaw(item.mediaType);
         if (asset)
             out << "  " << asset->asset.path.value_or(QString());

@@ -377,18 +377,19 @@ TEST(BundleReader, OriginalsAreCountedButNeverRemoveAnItem)
         BundleItem &item = fixture.addItem(id, {{"full", 8}, {"original", 20}});
         Q_UNUSED(item);
     }
+    fixture.addItem("unlisted", {{"full", 8}});
     QFile::remove(fixture.path("media/original/b.bin"));
     (*fixture.manifest.items)[2].assets[1].second.bytes = 21;
     fixture.writeManifest();
     const BundleOpenResult result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.ok());
-    EXPECT_EQ(result.bundle->items.size(), 3u);
+    EXPECT_EQ(result.bundle->items.size(), 4u);
     EXPECT_TRUE(result.integrity->missingItems.empty());
-    EXPECT_EQ(result.integrity->expectedOriginalCount, 3);
+    EXPECT_EQ(result.integrity->expectedOriginalCount, 4);
     EXPECT_EQ(result.integrity->resolvedOriginalCount, 1);
-    EXPECT_EQ(result.integrity->expectedAssetBytes, 24); // originals are not assets
+    EXPECT_EQ(result.integrity->expectedAssetBytes, 32); // originals are not assets
     EXPECT_EQ(messages(result.bundle->reports()),
-        std::vector<QString> {"2 of 3 originals are absent or short. Playback is unaffected."});
+        std::vector<QString> {"3 of 4 originals are absent or short. Playback is unaffected."});
 
     // Without include_originals nothing about originals is checked.
     fixture.manifest.includeOriginals = false;
@@ -495,8 +496,8 @@ TEST(BundleReader, BrandingResolvesItsLogoAndOverlay)
 TEST(BundleMediaItem, LadderPrefersTheAskedTierThenFallsBack)
 {
     BundleFixture fixture;
-    fixture.addItem("a", {{"tile", 3}, {"full", 4}, {"animated", 5}, {"original", 6}});
-    fixture.addItem("t", {{"tile", 3}});
+    fixture.addItem("a", {{"tile", 3}, {"full", 4}, {"animated", 5}, {"original", 6}}).animated = true;
+    fixture.addItem("t", {{"tile", 3}, {"original", 6}});
     fixture.manifest.includeOriginals = true;
     fixture.writeManifest();
     BundleOpenResult result = BundleReader::open(fixture.root());
@@ -505,6 +506,8 @@ TEST(BundleMediaItem, LadderPrefersTheAskedTierThenFallsBack)
     EXPECT_EQ(a.resolvedAsset("tile")->key, "tile");
     EXPECT_EQ(a.resolvedAsset("full")->key, "full");
     EXPECT_EQ(a.resolvedAsset("anything")->key, "full");
+    EXPECT_EQ(a.resolvedAsset("animated")->key, "full");
+    EXPECT_EQ(a.displayAsset()->key, "animated"); // shown first, ahead of the ladder
     EXPECT_EQ(result.bundle->item("t")->resolvedAsset("full")->key, "tile");
 
     // Each failure on screen steps one rung down, preferring full, until nothing is left.
@@ -575,6 +578,9 @@ TEST(OpenedBundlePlayOrder, TimestampGapFallsBackToManifestOrderWithOneReport)
     BundleOpenResult result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.ok());
     EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype> {0, 1, 2, 3, 4}));
+    // The engine, the walls and the image list all ask; the report is filed once.
+    EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype> {0, 1, 2, 3, 4}));
+    EXPECT_EQ(result.bundle->imageItems().size(), 5u);
     ASSERT_EQ(result.bundle->reports().size(), 1u);
     const BundleReport &report = result.bundle->reports()[0];
     EXPECT_EQ(report.code, BundleReportCode::unknownEnumValueDefaulted);
