@@ -5,6 +5,7 @@
 // opened by BundleReader, whose result must be internally consistent and must
 // never hand out a file that lies outside the bundle.
 
+#include "FuzzSupport.h"
 #include "bundle/BundleFormat.h"
 #include "bundle/BundleManifest.h"
 #include "bundle/BundleReader.h"
@@ -38,53 +39,7 @@ using namespace sorvane;
 
 namespace {
 
-[[noreturn]] void fail(const char *what, const QByteArray &detail = {})
-{
-    std::fprintf(stderr, "manifest fuzzer: invariant violated: %s\n", what);
-    if (!detail.isEmpty())
-        std::fprintf(stderr, "%.*s\n", int(qMin<qsizetype>(detail.size(), 4000)), detail.constData());
-    std::abort();
-}
-
-#define CHECK(condition, ...)                                                                                          \
-    do {                                                                                                               \
-        if (!(condition))                                                                                              \
-            fail(#condition __VA_OPT__(, ) __VA_ARGS__);                                                               \
-    } while (false)
-
-// The engine's debug chatter would drown the fuzzer's own output; anything
-// more serious still reaches stderr, and a fatal message still aborts.
-void quietMessages(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (type == QtDebugMsg || type == QtInfoMsg)
-        return;
-    std::fprintf(stderr, "%s\n", qUtf8Printable(message));
-}
-
 // ---- Manifest records ---------------------------------------------------------------------------
-
-// Strings that UTF-16 holds but UTF-8 cannot (unpaired surrogates, which the
-// JSON parser accepts as \uD800 escapes) are written as '?', so a manifest
-// carrying one cannot survive a write and read unchanged.
-bool utf8Representable(const QJsonValue &value)
-{
-    if (value.isString())
-        return value.toString().isValidUtf16();
-    if (value.isArray()) {
-        for (const QJsonValue &entry : value.toArray()) {
-            if (!utf8Representable(entry))
-                return false;
-        }
-    }
-    if (value.isObject()) {
-        const QJsonObject object = value.toObject();
-        for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
-            if (!it.key().isValidUtf16() || !utf8Representable(it.value()))
-                return false;
-        }
-    }
-    return true;
-}
 
 // What the writer keeps of a manifest: unknown members are dropped, and an
 // `items` member that was not an array is not written at all.
@@ -118,33 +73,33 @@ QJsonObject parseWritten(const QByteArray &text)
 {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    CHECK(error.error == QJsonParseError::NoError, text + "\n" + error.errorString().toUtf8());
-    CHECK(document.isObject(), text);
+    FUZZ_CHECK(error.error == QJsonParseError::NoError, text + "\n" + error.errorString().toUtf8());
+    FUZZ_CHECK(document.isObject(), text);
     return document.object();
 }
 
 void checkRoundTrip(const QJsonObject &object)
 {
     const BundleManifest read = BundleManifest::fromJson(object);
-    CHECK(read.totalUnknownMemberCount() >= 0);
-    CHECK(read.itemsKeyPresent == object.contains(QLatin1StringView("items")));
-    CHECK(!read.items || read.items->size() == size_t(object.value(QLatin1StringView("items")).toArray().size()));
+    FUZZ_CHECK(read.totalUnknownMemberCount() >= 0);
+    FUZZ_CHECK(read.itemsKeyPresent == object.contains(QLatin1StringView("items")));
+    FUZZ_CHECK(!read.items || read.items->size() == size_t(object.value(QLatin1StringView("items")).toArray().size()));
 
     const QByteArray pretty = read.toJson().serialize(true);
     const QByteArray compact = read.toJson().serialize(false);
-    CHECK(pretty.endsWith('\n'), pretty);
+    FUZZ_CHECK(pretty.endsWith('\n'), pretty);
     const QJsonObject prettyObject = parseWritten(pretty);
-    CHECK(prettyObject == parseWritten(compact), pretty + "\n" + compact);
+    FUZZ_CHECK(prettyObject == parseWritten(compact), pretty + "\n" + compact);
 
     const BundleManifest reread = BundleManifest::fromJson(prettyObject);
     // The writer emits known members only.
-    CHECK(reread.totalUnknownMemberCount() == 0, pretty);
-    if (utf8Representable(QJsonValue(object))) {
-        CHECK(reread == asWritten(read), pretty);
-        CHECK(reread.toJson().serialize(true) == pretty, pretty);
+    FUZZ_CHECK(reread.totalUnknownMemberCount() == 0, pretty);
+    if (fuzz::utf8Representable(QJsonValue(object))) {
+        FUZZ_CHECK(reread == asWritten(read), pretty);
+        FUZZ_CHECK(reread.toJson().serialize(true) == pretty, pretty);
     }
     // Whatever was lost, one write settles it: a second round trip changes nothing.
-    CHECK(BundleManifest::fromJson(parseWritten(reread.toJson().serialize(false))) == reread, pretty);
+    FUZZ_CHECK(BundleManifest::fromJson(parseWritten(reread.toJson().serialize(false))) == reread, pretty);
 }
 
 // ---- The bundle folder --------------------------------------------------------------------------
@@ -157,14 +112,6 @@ struct Folder {
     QString manifestPath;
     QByteArray canonicalRoot;
 };
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
-        qFatal("manifest fuzzer: cannot write %s", qUtf8Printable(path));
-}
 
 void makeLink(const QString &target, const QString &linkPath)
 {
@@ -182,7 +129,7 @@ QByteArray realPath(const QByteArray &path)
 
 void build(Folder *f)
 {
-    qInstallMessageHandler(quietMessages);
+    fuzz::quietMessages();
     if (!f->temp.isValid())
         qFatal("manifest fuzzer: no temporary folder");
     // `outside` sits next to the bundle, so links into it leave the root.
@@ -191,15 +138,15 @@ void build(Folder *f)
     f->manifestPath = f->root + QStringLiteral("/bundle.json");
     auto at = [f](const char *relative) { return f->root + QLatin1Char('/') + QLatin1StringView(relative); };
 
-    writeFile(at("media/tile.jpg"), "TILE"); // 4 bytes
-    writeFile(at("media/full.jpg"), "FULLFULL"); // 8 bytes
-    writeFile(at("media/empty.jpg"), ""); // 0 bytes
-    writeFile(at("media/animated/anim.gif"), "GIF"); // 3 bytes
-    writeFile(at("media/video/clip.mp4"), "VIDEO!"); // 6 bytes
-    writeFile(at("originals/orig.jpg"), "OR"); // 2 bytes
-    writeFile(at("assets/branding/logo.png"), "LOGO"); // 4 bytes
+    fuzz::writeFile(at("media/tile.jpg"), "TILE"); // 4 bytes
+    fuzz::writeFile(at("media/full.jpg"), "FULLFULL"); // 8 bytes
+    fuzz::writeFile(at("media/empty.jpg"), ""); // 0 bytes
+    fuzz::writeFile(at("media/animated/anim.gif"), "GIF"); // 3 bytes
+    fuzz::writeFile(at("media/video/clip.mp4"), "VIDEO!"); // 6 bytes
+    fuzz::writeFile(at("originals/orig.jpg"), "OR"); // 2 bytes
+    fuzz::writeFile(at("assets/branding/logo.png"), "LOGO"); // 4 bytes
     QDir().mkpath(at("media/folder.jpg")); // a folder, never an asset
-    writeFile(base + QStringLiteral("/outside/secret.jpg"), "SECRET"); // 6 bytes, outside
+    fuzz::writeFile(base + QStringLiteral("/outside/secret.jpg"), "SECRET"); // 6 bytes, outside
     makeLink(QStringLiteral("../../outside/secret.jpg"), at("media/escape.jpg"));
     makeLink(base + QStringLiteral("/outside/secret.jpg"), at("media/absolute.jpg"));
     makeLink(QStringLiteral("../../outside"), at("media/out"));
@@ -239,99 +186,100 @@ qint64 sizeOnDisk(const QString &path)
 
 void checkOpened(OpenedBundle &bundle, const BundleOpenResult &result, const QJsonObject &object, const Folder &f)
 {
-    CHECK(result.integrity && bundle.integrity == result.integrity);
-    CHECK(!bundle.items.empty());
-    CHECK(bundle.manifest == BundleManifest::fromJson(object));
-    CHECK(bundle.manifest.items.has_value());
+    FUZZ_CHECK(result.integrity && bundle.integrity == result.integrity);
+    FUZZ_CHECK(!bundle.items.empty());
+    FUZZ_CHECK(bundle.manifest == BundleManifest::fromJson(object));
+    FUZZ_CHECK(bundle.manifest.items.has_value());
     const BundleIntegrity &integrity = *bundle.integrity;
-    CHECK(integrity.manifestItemCount == qint64(bundle.manifest.items->size()));
-    CHECK(integrity.playableItemCount == qint64(bundle.items.size()));
-    CHECK(integrity.resolvedOriginalCount <= integrity.expectedOriginalCount);
-    CHECK(integrity.resolvedAssetBytes >= 0);
-    CHECK(qint64(bundle.items.size()) + qint64(integrity.missingItems.size()) + integrity.unsupportedMediaCount
+    FUZZ_CHECK(integrity.manifestItemCount == qint64(bundle.manifest.items->size()));
+    FUZZ_CHECK(integrity.playableItemCount == qint64(bundle.items.size()));
+    FUZZ_CHECK(integrity.resolvedOriginalCount <= integrity.expectedOriginalCount);
+    FUZZ_CHECK(integrity.resolvedAssetBytes >= 0);
+    FUZZ_CHECK(qint64(bundle.items.size()) + qint64(integrity.missingItems.size()) + integrity.unsupportedMediaCount
         == integrity.manifestItemCount);
 
     std::set<qsizetype> manifestIndices;
     for (const auto &item : bundle.items) {
-        CHECK(item != nullptr);
-        CHECK(item->manifestIndex >= 0 && item->manifestIndex < qsizetype(bundle.manifest.items->size()));
-        CHECK(manifestIndices.insert(item->manifestIndex).second);
-        CHECK(item->raw == (*bundle.manifest.items)[size_t(item->manifestIndex)]);
-        CHECK(item->raw.id && item->id == *item->raw.id);
+        FUZZ_CHECK(item != nullptr);
+        FUZZ_CHECK(item->manifestIndex >= 0 && item->manifestIndex < qsizetype(bundle.manifest.items->size()));
+        FUZZ_CHECK(manifestIndices.insert(item->manifestIndex).second);
+        FUZZ_CHECK(item->raw == (*bundle.manifest.items)[size_t(item->manifestIndex)]);
+        FUZZ_CHECK(item->raw.id && item->id == *item->raw.id);
         bool playable = false;
         for (const auto &[tier, resolved] : item->resolved) {
-            CHECK(resolved.key == tier);
+            FUZZ_CHECK(resolved.key == tier);
             const BundleAsset *declared = item->raw.asset(tier);
-            CHECK(declared && *declared == resolved.asset);
+            FUZZ_CHECK(declared && *declared == resolved.asset);
             // Containment is the point of the whole check: no symlink may lead out.
-            CHECK(landsInsideRoot(resolved.absolutePath, f), resolved.absolutePath.toUtf8());
-            CHECK(resolved.asset.bytes && sizeOnDisk(resolved.absolutePath) == *resolved.asset.bytes,
+            FUZZ_CHECK(landsInsideRoot(resolved.absolutePath, f), resolved.absolutePath.toUtf8());
+            FUZZ_CHECK(resolved.asset.bytes && sizeOnDisk(resolved.absolutePath) == *resolved.asset.bytes,
                 resolved.absolutePath.toUtf8());
             playable = playable || tier == BundleFormat::tierTile || tier == BundleFormat::tierFull
                 || tier == BundleFormat::tierAnimated || tier == BundleFormat::tierVideo;
         }
-        CHECK(playable);
+        FUZZ_CHECK(playable);
     }
     if (bundle.branding && bundle.branding->overlay.imagePath) {
-        CHECK(landsInsideRoot(*bundle.branding->overlay.imagePath, f), bundle.branding->overlay.imagePath->toUtf8());
-        CHECK(bundle.branding->logoURL.has_value());
+        FUZZ_CHECK(
+            landsInsideRoot(*bundle.branding->overlay.imagePath, f), bundle.branding->overlay.imagePath->toUtf8());
+        FUZZ_CHECK(bundle.branding->logoURL.has_value());
     }
 
     // Every playable item exactly once, in an order that does not change between calls.
     const std::vector<qsizetype> order = bundle.playOrder();
-    CHECK(order.size() == bundle.items.size());
+    FUZZ_CHECK(order.size() == bundle.items.size());
     std::vector<bool> seen(bundle.items.size(), false);
     for (const qsizetype position : order) {
-        CHECK(position >= 0 && position < qsizetype(bundle.items.size()));
-        CHECK(!seen[size_t(position)]);
+        FUZZ_CHECK(position >= 0 && position < qsizetype(bundle.items.size()));
+        FUZZ_CHECK(!seen[size_t(position)]);
         seen[size_t(position)] = true;
     }
-    CHECK(bundle.playOrder() == order);
+    FUZZ_CHECK(bundle.playOrder() == order);
 
     // Playback may retire every file of an item, one after another: each step
     // offers a file not yet retired, and the end is recorded exactly once.
     BundleMediaItem *const item = bundle.item(bundle.items.front()->id);
-    CHECK(item != nullptr);
+    FUZZ_CHECK(item != nullptr);
     const size_t reportsBefore = bundle.reports().size();
     std::vector<QString> tiers;
     for (const auto &entry : item->resolved)
         tiers.push_back(entry.first);
     for (const QString &tier : tiers) {
         const std::optional<QUrl> next = bundle.markUndecodable(item->id, tier);
-        CHECK(item->undecodable.contains(tier));
+        FUZZ_CHECK(item->undecodable.contains(tier));
         // Two tiers may name the same file, so any live tier with that file will do.
         if (next) {
-            CHECK(std::any_of(item->resolved.begin(), item->resolved.end(), [&](const auto &entry) {
+            FUZZ_CHECK(std::any_of(item->resolved.begin(), item->resolved.end(), [&](const auto &entry) {
                 return entry.second.url() == *next && !item->undecodable.contains(entry.first);
             }));
         }
     }
-    CHECK(!item->url(BundleFormat::tierFull).has_value());
-    CHECK(!bundle.markUndecodable(item->id, BundleFormat::tierFull).has_value());
-    CHECK(bundle.reports().size() == reportsBefore + tiers.size() + 1);
+    FUZZ_CHECK(!item->url(BundleFormat::tierFull).has_value());
+    FUZZ_CHECK(!bundle.markUndecodable(item->id, BundleFormat::tierFull).has_value());
+    FUZZ_CHECK(bundle.reports().size() == reportsBefore + tiers.size() + 1);
     const auto listed = std::count_if(
         bundle.integrity->missingItems.begin(), bundle.integrity->missingItems.end(), [&](const BundleMissingItem &m) {
             return m.itemId == item->id && m.reason == BundleReportCode::itemAssetUndecodable;
         });
-    CHECK(listed == 1);
+    FUZZ_CHECK(listed == 1);
 }
 
 void checkReader(const uint8_t *data, size_t size, const std::optional<QJsonObject> &object, bool validJson)
 {
     Folder &f = folder();
-    writeFile(f.manifestPath, QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size)));
+    fuzz::writeFile(f.manifestPath, fuzz::bytes(data, size));
 
     const BundleOpenResult result = BundleReader::open(f.root, BundleOpenOptions {});
-    CHECK(result.integrity != nullptr);
-    CHECK(result.ok() != result.error.has_value());
+    FUZZ_CHECK(result.integrity != nullptr);
+    FUZZ_CHECK(result.ok() != result.error.has_value());
     if (!validJson || !object) {
-        CHECK(!result.ok());
-        CHECK(result.error->code == BundleErrorCode::manifestMalformed);
+        FUZZ_CHECK(!result.ok());
+        FUZZ_CHECK(result.error->code == BundleErrorCode::manifestMalformed);
         return;
     }
     if (!result.ok()) {
-        CHECK(!result.error->message.isEmpty());
-        CHECK(result.error->code != BundleErrorCode::incompleteBundle);
+        FUZZ_CHECK(!result.error->message.isEmpty());
+        FUZZ_CHECK(result.error->code != BundleErrorCode::incompleteBundle);
     }
 
     // The identity and version checks come first, in a fixed order.
@@ -350,23 +298,23 @@ void checkReader(const uint8_t *data, size_t size, const std::optional<QJsonObje
     } else if (*manifest.minReaderVersion > BundleFormat::readerVersion) {
         expected = BundleErrorCode::unsupportedFutureVersion;
         jsonPath = QStringLiteral("$.min_reader_version");
-        CHECK(result.error && result.error->requiredReaderVersion == manifest.minReaderVersion);
+        FUZZ_CHECK(result.error && result.error->requiredReaderVersion == manifest.minReaderVersion);
     } else if (!manifest.items) {
         expected = BundleErrorCode::manifestMalformed;
         jsonPath = QStringLiteral("$.items");
     }
     if (expected) {
-        CHECK(result.error && result.error->code == *expected && result.error->jsonPath == jsonPath);
+        FUZZ_CHECK(result.error && result.error->code == *expected && result.error->jsonPath == jsonPath);
         return;
     }
     if (!result.ok())
         return;
 
-    CHECK(result.standaloneReports.empty());
+    FUZZ_CHECK(result.standaloneReports.empty());
     const std::vector<BundleReport> &reports = result.reports();
     const auto unknownReports = std::count_if(reports.begin(), reports.end(),
         [](const BundleReport &report) { return report.code == BundleReportCode::unknownFieldsIgnored; });
-    CHECK(unknownReports == (manifest.totalUnknownMemberCount() > 0 ? 1 : 0));
+    FUZZ_CHECK(unknownReports == (manifest.totalUnknownMemberCount() > 0 ? 1 : 0));
     checkOpened(*result.bundle, result, *object, f);
 }
 
@@ -374,7 +322,7 @@ void checkReader(const uint8_t *data, size_t size, const std::optional<QJsonObje
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size));
+    const QByteArray bytes = fuzz::bytes(data, size);
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     const bool validJson = error.error == QJsonParseError::NoError;

@@ -1,0 +1,92 @@
+// Fuzz target for the stored preferences and the collage settings read from them:
+// every input is the preferences.json of a user whose file was edited by hand,
+// written by another version or damaged.
+//
+// Whatever the file holds, the settings come out within their bounds; saving
+// them keeps every other key of the file as it was, and what was saved reads
+// back as the same settings.
+
+#include "FuzzSupport.h"
+#include "collage/CollageSlideshowSettings.h"
+#include "collage/CollageSlideshowSettingsStore.h"
+#include "slideshow/PreferenceStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <cmath>
+
+using namespace sorvane;
+
+namespace {
+
+using Settings = CollageSlideshowSettings;
+
+bool sameNumber(double a, double b)
+{
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+bool same(const Settings &a, const Settings &b)
+{
+    return a.defaultLayout == b.defaultLayout && sameNumber(a.imageChangeInterval, b.imageChangeInterval)
+        && a.shuffleVariedLayout == b.shuffleVariedLayout && sameNumber(a.variedLayoutInterval, b.variedLayoutInterval)
+        && a.showTileHoverControls == b.showTileHoverControls && a.flowWeightMode == b.flowWeightMode
+        && a.flowOrientation == b.flowOrientation && a.flowTilesPerChange == b.flowTilesPerChange
+        && a.flowStaggerSwaps == b.flowStaggerSwaps && a.flowColumnAdjustment == b.flowColumnAdjustment
+        && a.flowInfiniteScroll == b.flowInfiniteScroll && a.flowScrollBidirectional == b.flowScrollBidirectional
+        && sameNumber(a.flowScrollSpeed, b.flowScrollSpeed)
+        && sameNumber(a.flowScrollPointerPause, b.flowScrollPointerPause)
+        && a.flowAutoCycleTiles == b.flowAutoCycleTiles;
+}
+
+void checkBounds(const Settings &s)
+{
+    FUZZ_CHECK(s.flowTilesPerChange >= 1);
+    FUZZ_CHECK(s.flowColumnAdjustment >= -6 && s.flowColumnAdjustment <= 6);
+    FUZZ_CHECK(s.flowScrollSpeed >= 6 && s.flowScrollSpeed <= 72);
+    FUZZ_CHECK(s.flowScrollPointerPause >= 0 && s.flowScrollPointerPause <= 5);
+    FUZZ_CHECK(
+        toRaw(s.defaultLayout) == "collage" || toRaw(s.defaultLayout) == "flow" || toRaw(s.defaultLayout) == "scatter");
+}
+
+QJsonObject fileObject(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QJsonDocument::fromJson(file.readAll()).object();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    fuzz::quietMessages();
+    static QTemporaryDir folder(QDir::tempPath() + QStringLiteral("/sorvane-fuzz-preferences-XXXXXX"));
+    const QString path = folder.filePath(QStringLiteral("preferences.json"));
+    fuzz::writeFile(path, fuzz::bytes(data, size));
+    const QJsonObject before = fileObject(path);
+
+    PreferenceStore preferences(folder.path());
+    const Settings loaded = Settings::load(preferences);
+    checkBounds(loaded);
+    {
+        // The observable store reads the same way, and writes nothing while it reads.
+        CollageSlideshowSettingsStore store(preferences);
+        FUZZ_CHECK(same(store.settings(), loaded));
+        FUZZ_CHECK(fileObject(path) == before);
+    }
+
+    FUZZ_CHECK(!loaded.save(preferences).has_value());
+    const QJsonObject after = fileObject(path);
+    for (auto it = before.constBegin(); it != before.constEnd(); ++it) {
+        if (!it.key().startsWith(QLatin1StringView("collage.")))
+            FUZZ_CHECK(after.value(it.key()) == it.value(), it.key().toUtf8());
+    }
+    FUZZ_CHECK(same(Settings::load(PreferenceStore(folder.path())), loaded));
+    return 0;
+}
