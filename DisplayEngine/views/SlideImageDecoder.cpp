@@ -180,8 +180,15 @@ SlideDecodeResult SlideImageDecoder::decode(const SlideDecodeRequest &request)
         return result;
     }
 
-    if (!sizeKnown) {
-        result.sourceSize = image.size();
+    // Unknown ahead, or not what the header promised (a GIF reports its first frame but draws its
+    // whole logical screen, which may be far larger): the picture itself then sets the sizes.
+    if (!sizeKnown || image.size() != decodedSize(result.sourceSize, request.target, request.scaling)) {
+        if (image.width() > result.sourceSize.width() || image.height() > result.sourceSize.height())
+            result.sourceSize = image.size();
+        if (qint64(result.sourceSize.width()) * result.sourceSize.height() > kMaxSourcePixels) {
+            result.error = QString::fromLatin1(kTooLarge);
+            return result;
+        }
         const QSize wanted = decodedSize(image.size(), request.target, request.scaling);
         if (wanted != image.size())
             image = image.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

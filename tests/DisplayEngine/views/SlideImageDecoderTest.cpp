@@ -86,6 +86,22 @@ TEST_F(SlideImageDecoderTest, DecodesAtTheSizeTheScalingModeNeeds)
     }
 }
 
+// A GIF's header names its first frame (24 x 16) while the decoder draws the whole logical
+// screen (4096 x 24): the sizes follow the picture, not the header.
+TEST_F(SlideImageDecoderTest, AGifLargerThanItsFrameStillFitsWhatWasAsked)
+{
+    const QString path = write(QStringLiteral("screen.gif"),
+        QByteArray::fromBase64(
+            "R0lGODlhABAYAIAAAEdwTMhaHiH/C05FVFNDQVBFMi4wAwEAAAAh+QQFAAAAACwAAAAAGAAQAAADEYyPqS3tD6OctNqLUklGRrMi"
+            "QwRLFAA7"));
+    for (const ImageScalingMode scaling : {ImageScalingMode::fitToScreen, ImageScalingMode::actualSize}) {
+        const SlideDecodeResult result = SlideImageDecoder::decode({path, {1024, 768}, scaling});
+        ASSERT_TRUE(result.ok()) << result.error.toStdString();
+        EXPECT_EQ(result.sourceSize, QSize(4096, 24));
+        EXPECT_EQ(result.image.size(), scaling == ImageScalingMode::actualSize ? QSize(4096, 24) : QSize(1024, 6));
+    }
+}
+
 TEST_F(SlideImageDecoderTest, TrustsTheContentOverTheFileName)
 {
     const QString path = write(QStringLiteral("really-a-png.jpg"), encoded(halves({300, 200}), "png"));
