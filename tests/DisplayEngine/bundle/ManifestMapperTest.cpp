@@ -1,5 +1,6 @@
 #include "bundle/BundleManifest.h"
 #include "bundle/BundleManifestMapper.h"
+#include "bundle/BundleWireValues.h"
 
 #include <gtest/gtest.h>
 
@@ -39,15 +40,14 @@ BundleManifest manifestFromText(const char *json)
 
 using Value = std::optional<QString>;
 
-// One enumerated manifest key: where it lives, how its typed result is read back,
-// its wire values with the case each names, and its default.
+// One enumerated manifest key: where it lives, how its typed result is read back (as the wire
+// value it writes), its wire values and its default.
 struct EnumKey {
     const char *fieldPath;
     void (*set)(BundleManifest &, const Value &);
-    int (*get)(const Mapped &);
-    std::vector<std::pair<const char *, int>> cases;
+    QString (*get)(const Mapped &);
+    std::vector<const char *> cases;
     const char *defaultWire;
-    int defaultCase;
 };
 
 BundleFlowJSON &flowOf(BundleManifest &m)
@@ -75,77 +75,49 @@ const std::vector<EnumKey> &enumKeys()
 {
     static const std::vector<EnumKey> keys = {
         {"playback.mode", [](BundleManifest &m, const Value &v) { m.playback.emplace().mode = v; },
-            [](const Mapped &r) { return int(r.playback.mode); },
-            {{"standard", int(DisplayMode::standard)}, {"collage", int(DisplayMode::collage)}}, "standard",
-            int(DisplayMode::standard)},
+            [](const Mapped &r) { return toWire(r.playback.mode); }, {"standard", "collage"}, "standard"},
         {"playback.collage_layout", [](BundleManifest &m, const Value &v) { m.playback.emplace().collageLayout = v; },
-            [](const Mapped &r) { return int(r.playback.collageLayout); },
-            {{"flow", int(CollageLayout::flow)}, {"scatter", int(CollageLayout::scatter)},
-                {"varied", int(CollageLayout::collage)}},
-            "flow", int(CollageLayout::flow)},
+            [](const Mapped &r) { return toWire(r.playback.collageLayout); }, {"flow", "scatter", "varied"}, "flow"},
         {"playback.sort", [](BundleManifest &m, const Value &v) { m.playback.emplace().sort = v; },
-            [](const Mapped &r) { return int(r.playback.sort); },
-            {{"random", int(BundleSort::random)}, {"sequential", int(BundleSort::sequential)},
-                {"created", int(BundleSort::created)}, {"modified", int(BundleSort::modified)}},
-            "random", int(BundleSort::random)},
+            [](const Mapped &r) { return toWire(r.playback.sort); }, {"random", "sequential", "created", "modified"},
+            "random"},
         {"playback.image_scaling", [](BundleManifest &m, const Value &v) { m.playback.emplace().imageScaling = v; },
-            [](const Mapped &r) { return int(r.playback.imageScaling); },
-            {{"fit_to_screen", int(ImageScalingMode::fitToScreen)}, {"fill_screen", int(ImageScalingMode::fillScreen)},
-                {"actual_size", int(ImageScalingMode::actualSize)}},
-            "fit_to_screen", int(ImageScalingMode::fitToScreen)},
+            [](const Mapped &r) { return toWire(r.playback.imageScaling); },
+            {"fit_to_screen", "fill_screen", "actual_size"}, "fit_to_screen"},
         {"playback.background", [](BundleManifest &m, const Value &v) { m.playback.emplace().background = v; },
-            [](const Mapped &r) { return int(r.playback.background); },
-            {{"black", int(BundleBackground::black)}, {"dark_gray", int(BundleBackground::darkGray)}}, "black",
-            int(BundleBackground::black)},
+            [](const Mapped &r) { return toWire(r.playback.background); }, {"black", "dark_gray"}, "black"},
         {"playback.image_filter", [](BundleManifest &m, const Value &v) { m.playback.emplace().imageFilter = v; },
-            [](const Mapped &r) { return int(r.playback.imageFilter); },
-            {{"none", int(ImageFilter::none)}, {"black_and_white", int(ImageFilter::blackAndWhite)},
-                {"sepia", int(ImageFilter::sepia)}, {"vintage", int(ImageFilter::vintage)}},
-            "none", int(ImageFilter::none)},
+            [](const Mapped &r) { return toWire(r.playback.imageFilter); },
+            {"none", "black_and_white", "sepia", "vintage"}, "none"},
         {"playback.file_display_format",
             [](BundleManifest &m, const Value &v) { m.playback.emplace().fileDisplayFormat = v; },
-            [](const Mapped &r) { return int(r.playback.fileDisplayFormat); },
-            {{"filename_only", int(BundleFileDisplayFormat::filenameOnly)},
-                {"relative_path", int(BundleFileDisplayFormat::relativePath)},
-                {"absolute_path", int(BundleFileDisplayFormat::absolutePath)},
-                {"parent_plus_filename", int(BundleFileDisplayFormat::parentPlusFilename)}},
-            "filename_only", int(BundleFileDisplayFormat::filenameOnly)},
+            [](const Mapped &r) { return toWire(r.playback.fileDisplayFormat); },
+            {"filename_only", "relative_path", "absolute_path", "parent_plus_filename"}, "filename_only"},
         {"playback.flow.orientation", [](BundleManifest &m, const Value &v) { flowOf(m).orientation = v; },
-            [](const Mapped &r) { return int(r.playback.flow.orientation); },
-            {{"vertical", int(FlowOrientation::vertical)}, {"horizontal", int(FlowOrientation::horizontal)}},
-            "vertical", int(FlowOrientation::vertical)},
+            [](const Mapped &r) { return toWire(r.playback.flow.orientation); }, {"vertical", "horizontal"},
+            "vertical"},
         {"playback.flow.weight_mode", [](BundleManifest &m, const Value &v) { flowOf(m).weightMode = v; },
-            [](const Mapped &r) { return int(r.playback.flow.weightMode); },
-            {{"proportional", int(FlowWeightMode::proportional)}, {"weighted", int(FlowWeightMode::weighted)}},
-            "proportional", int(FlowWeightMode::proportional)},
+            [](const Mapped &r) { return toWire(r.playback.flow.weightMode); }, {"proportional", "weighted"},
+            "proportional"},
         {"display.preferred_control_scope",
             [](BundleManifest &m, const Value &v) { m.display.emplace().preferredControlScope = v; },
-            [](const Mapped &r) { return int(r.display.preferredControlScope); },
-            {{"independent", int(ControlScope::independent)}, {"linked", int(ControlScope::linked)},
-                {"mirrored", int(ControlScope::mirrored)}},
-            "independent", int(ControlScope::independent)},
+            [](const Mapped &r) { return toWire(r.display.preferredControlScope); },
+            {"independent", "linked", "mirrored"}, "independent"},
         {"display.preferred_sync_mode",
             [](BundleManifest &m, const Value &v) { m.display.emplace().preferredSyncMode = v; },
-            [](const Mapped &r) { return int(r.display.preferredSyncMode); },
-            {{"synchronized", int(SyncMode::synchronized)}, {"phased", int(SyncMode::phased)}}, "synchronized",
-            int(SyncMode::synchronized)},
+            [](const Mapped &r) { return toWire(r.display.preferredSyncMode); }, {"synchronized", "phased"},
+            "synchronized"},
         {"display.preferred_per_screen[].preferred_mode",
             [](BundleManifest &m, const Value &v) { setPerScreen(m, v, std::nullopt); },
-            [](const Mapped &r) { return int(onlyScreen(r).preferredMode); },
-            {{"standard", int(DisplayMode::standard)}, {"collage", int(DisplayMode::collage)}}, "standard",
-            int(DisplayMode::standard)},
+            [](const Mapped &r) { return toWire(onlyScreen(r).preferredMode); }, {"standard", "collage"}, "standard"},
         {"display.preferred_per_screen[].preferred_collage_layout",
             [](BundleManifest &m, const Value &v) { setPerScreen(m, std::nullopt, v); },
-            [](const Mapped &r) { return int(onlyScreen(r).preferredCollageLayout); },
-            {{"flow", int(CollageLayout::flow)}, {"scatter", int(CollageLayout::scatter)},
-                {"varied", int(CollageLayout::collage)}},
-            "flow", int(CollageLayout::flow)},
+            [](const Mapped &r) { return toWire(onlyScreen(r).preferredCollageLayout); }, {"flow", "scatter", "varied"},
+            "flow"},
         {"branding.overlay.corner",
             [](BundleManifest &m, const Value &v) { m.branding.emplace().overlay.emplace().corner = v; },
-            [](const Mapped &r) { return int(r.corner); },
-            {{"top_left", int(OverlayCorner::topLeft)}, {"top_right", int(OverlayCorner::topRight)},
-                {"bottom_left", int(OverlayCorner::bottomLeft)}, {"bottom_right", int(OverlayCorner::bottomRight)}},
-            "bottom_right", int(OverlayCorner::bottomRight)},
+            [](const Mapped &r) { return toWire(r.corner); }, {"top_left", "top_right", "bottom_left", "bottom_right"},
+            "bottom_right"},
     };
     return keys;
 }
@@ -181,9 +153,9 @@ class ManifestMapperKey : public testing::TestWithParam<EnumKey> { };
 TEST_P(ManifestMapperKey, EveryWireValueMapsToItsCase)
 {
     const EnumKey &key = GetParam();
-    for (const auto &[wire, expected] : key.cases) {
+    for (const char *wire : key.cases) {
         const Mapped r = mapWithValue(key, QString::fromLatin1(wire));
-        EXPECT_EQ(key.get(r), expected) << wire;
+        EXPECT_EQ(key.get(r), QString::fromLatin1(wire));
         EXPECT_TRUE(r.reports.empty()) << wire;
     }
 }
@@ -194,7 +166,7 @@ TEST_P(ManifestMapperKey, AbsentOrBlankGivesDefaultSilently)
     const Value values[] = {std::nullopt, QString(), QStringLiteral("   "), QStringLiteral(" \t\n ")};
     for (const Value &value : values) {
         const Mapped r = mapWithValue(key, value);
-        EXPECT_EQ(key.get(r), key.defaultCase) << value.value_or(QStringLiteral("<absent>")).toStdString();
+        EXPECT_EQ(key.get(r), QString::fromLatin1(key.defaultWire));
         EXPECT_TRUE(r.reports.empty()) << value.value_or(QStringLiteral("<absent>")).toStdString();
     }
 }
@@ -206,8 +178,8 @@ TEST_P(ManifestMapperKey, UnrecognisedGivesDefaultAndOneReport)
     // A wire value other than the default: if it were trimmed or case-folded
     // before comparing, the result would differ from the default.
     QString other;
-    for (const auto &[wire, value] : key.cases) {
-        if (value != key.defaultCase) {
+    for (const char *wire : key.cases) {
+        if (QString::fromLatin1(wire) != defaultWire) {
             other = QString::fromLatin1(wire);
             break;
         }
@@ -230,7 +202,7 @@ TEST_P(ManifestMapperKey, UnrecognisedGivesDefaultAndOneReport)
     for (const QString &value : values) {
         SCOPED_TRACE(value.toStdString());
         const Mapped r = mapWithValue(key, value);
-        EXPECT_EQ(key.get(r), key.defaultCase);
+        EXPECT_EQ(key.get(r), defaultWire);
         ASSERT_EQ(r.reports.size(), 1u);
         expectDefaultReport(r.reports.front(), QString::fromLatin1(key.fieldPath), value, defaultWire);
     }

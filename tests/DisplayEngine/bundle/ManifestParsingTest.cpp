@@ -81,66 +81,12 @@ TEST(ManifestFields, IntegerReads)
     for (const auto &row : table)
         EXPECT_EQ(ManifestFields::integer(parseValue(row.json)), row.expected) << row.json;
     EXPECT_EQ(ManifestFields::integer(QJsonObject().value(QLatin1StringView("missing"))), std::nullopt);
-}
-
-TEST(ManifestFields, NumberReads)
-{
-    const struct {
-        const char *json;
-        std::optional<double> expected;
-    } table[] = {
-        {"2", 2.0},
-        {"0.6", 0.6},
-        {"-1.25", -1.25},
-        {"1e300", 1e300},
-        {"true", std::nullopt},
-        {"\"1.5\"", std::nullopt},
-        {"null", std::nullopt},
-        {"[]", std::nullopt},
-    };
-    for (const auto &row : table)
-        EXPECT_EQ(ManifestFields::number(parseValue(row.json)), row.expected) << row.json;
-}
-
-TEST(ManifestFields, BooleanReads)
-{
-    const struct {
-        const char *json;
-        std::optional<bool> expected;
-    } table[] = {
-        {"true", true},
-        {"false", false},
-        {"1", std::nullopt},
-        {"0", std::nullopt},
-        {"\"true\"", std::nullopt},
-        {"null", std::nullopt},
-        {"{}", std::nullopt},
-    };
-    for (const auto &row : table)
-        EXPECT_EQ(ManifestFields::boolean(parseValue(row.json)), row.expected) << row.json;
-}
-
-TEST(ManifestFields, StringReads)
-{
-    const struct {
-        const char *json;
-        std::optional<QString> expected;
-    } table[] = {
-        {"\"x\"", QStringLiteral("x")},
-        // An empty string is still a string.
-        {"\"\"", QString()},
-        {"1", std::nullopt},
-        {"false", std::nullopt},
-        {"null", std::nullopt},
-        {"[\"a\"]", std::nullopt},
-        {"{\"a\":\"b\"}", std::nullopt},
-    };
-    for (const auto &row : table) {
-        const auto read = ManifestFields::string(parseValue(row.json));
-        ASSERT_EQ(read.has_value(), row.expected.has_value()) << row.json;
-        if (read)
-            EXPECT_EQ(*read, *row.expected) << row.json;
-    }
+    // The other kinds are read only when the JSON type matches; an empty string is still a string.
+    EXPECT_EQ(ManifestFields::number(parseValue("1e300")), 1e300);
+    EXPECT_EQ(ManifestFields::number(parseValue("\"1.5\"")), std::nullopt);
+    EXPECT_EQ(ManifestFields::boolean(parseValue("1")), std::nullopt);
+    EXPECT_EQ(ManifestFields::string(parseValue("\"\"")), QString());
+    EXPECT_EQ(ManifestFields::string(parseValue("[\"a\"]")), std::nullopt);
 }
 
 // ---------------------------------------------------------------------------
