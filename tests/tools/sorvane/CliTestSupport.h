@@ -40,14 +40,19 @@ inline void expectCommandOutcomes(std::span<const CommandCase> cases)
     }
 }
 
-// Tests that share one sample bundle, made once for their suite in a temporary folder.
+// Tests that share one bundle, exported once for their suite from the demo's sample media (photos
+// in every orientation, animations, a video and two broken files) into a temporary folder.
 class SampleBundleSuite : public testing::Test {
 protected:
     static void SetUpTestSuite()
     {
         s_dir = new QTemporaryDir;
-        const Outcome made = run(QStringLiteral(SAMPLE_BUNDLE_BIN), {sampleRoot()});
-        ASSERT_EQ(made.status, 0) << qPrintable(made.err);
+        const Outcome painted = run(QStringLiteral(SAMPLE_MEDIA_BIN), {suitePath(QStringLiteral("media"))});
+        ASSERT_EQ(painted.status, 0) << qPrintable(painted.err);
+        const Outcome exported = sorvane({QStringLiteral("export"), suitePath(QStringLiteral("media")),
+            QStringLiteral("--to"), s_dir->path(), QStringLiteral("--name"), QStringLiteral("sample"),
+            QStringLiteral("--sha256"), QStringLiteral("--quiet")});
+        ASSERT_EQ(exported.status, 0) << qPrintable(exported.err);
     }
     static void TearDownTestSuite()
     {
