@@ -209,6 +209,13 @@ void withPlayerFrom(BundleWriteRequest &r, const QString &folder)
 TEST(ExportOptions, EachOptionSetsItsOwnFieldAndNothingElse)
 {
     using R = BundleWriteRequest;
+    // Any branding option brings the branding record, with its defaults, into the request.
+    const auto brand = [](void (*set)(BundleWriteBranding &)) {
+        return [set](R &r) {
+            r.branding = BundleWriteBranding {};
+            set(*r.branding);
+        };
+    };
     const OptionCase cases[] = {
         {{"--title", "Summer 2024"}, [](R &r) { r.title = "Summer 2024"; }},
         {{"--name", "Trip"}, [](R &r) { r.bundleFolderName = "Trip"; }},
@@ -275,33 +282,15 @@ TEST(ExportOptions, EachOptionSetsItsOwnFieldAndNothingElse)
                 r.display.preferredPerScreen = {
                     {1, DisplayMode::collage, CollageLayout::scatter}, {0, DisplayMode::standard, CollageLayout::flow}};
             }},
-        {{"--brand-name", "Studio Nord"},
-            [](R &r) {
-                r.branding = BundleWriteBranding {};
-                r.branding->displayName = "Studio Nord";
-            }},
-        {{"--logo", "logo.png"},
-            [](R &r) {
-                r.branding = BundleWriteBranding {};
-                r.branding->logoFile = "/work/logo.png";
-            }},
-        {{"--brand-holding"},
-            [](R &r) {
-                r.branding = BundleWriteBranding {};
-                r.branding->holding = true;
-            }},
-        {{"--overlay"},
-            [](R &r) {
-                r.branding = BundleWriteBranding {};
-                r.branding->overlayEnabled = true;
-            }},
-        {{"--overlay-size", "15", "--overlay-opacity", "0", "--overlay-margin", "1"},
-            [](R &r) {
-                r.branding = BundleWriteBranding {};
-                r.branding->overlaySizePercent = 15;
-                r.branding->overlayOpacity = 0;
-                r.branding->overlayMarginPercent = 1;
-            }},
+        {{"--brand-name", "Studio Nord"}, brand([](auto &b) { b.displayName = "Studio Nord"; })},
+        {{"--logo", "logo.png"}, brand([](auto &b) { b.logoFile = "/work/logo.png"; })},
+        {{"--brand-holding"}, brand([](auto &b) { b.holding = true; })},
+        {{"--overlay"}, brand([](auto &b) { b.overlayEnabled = true; })},
+        {{"--overlay-size", "15", "--overlay-opacity", "0", "--overlay-margin", "1"}, brand([](auto &b) {
+             b.overlaySizePercent = 15;
+             b.overlayOpacity = 0;
+             b.overlayMarginPercent = 1;
+         })},
     };
     for (const OptionCase &c : cases) {
         const ExportParseResult result = parse(minimal + c.arguments);
