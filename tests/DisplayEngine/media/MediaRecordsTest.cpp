@@ -12,6 +12,7 @@
 #include <QSet>
 
 #include <ctime>
+#include <tuple>
 
 namespace sorvane {
 namespace {
@@ -111,7 +112,7 @@ TEST(MediaRecords, DatesAreReadWithOrWithoutMillisecondsAndAnyOffset)
     tzset();
 }
 
-TEST(MediaRecords, RawValuesAreExactWireStrings)
+TEST(MediaRecords, RawValuesAreExactWireStringsAndProvidersHaveTheirLabels)
 {
     EXPECT_EQ(fromRaw<MediaType>(QStringLiteral("livePhoto")), MediaType::livePhoto);
     EXPECT_EQ(toRaw(CloudProviderType::icloud), QStringLiteral("icloud_photos"));
@@ -123,6 +124,21 @@ TEST(MediaRecords, RawValuesAreExactWireStrings)
         EXPECT_EQ(fromRaw<VideoTier>(QString::fromUtf8(raw)), std::nullopt) << raw;
     for (const char *raw : {"icloud", "iCloud Photos", "googleDrive", "Dropbox", "one_drive", ""})
         EXPECT_EQ(fromRaw<CloudProviderType>(QString::fromUtf8(raw)), std::nullopt) << raw;
+
+    // The picker lists the providers in this order, with these labels and icons.
+    const std::tuple<CloudProviderType, const char *, QList<uint>> picker[]
+        = {{CloudProviderType::googleDrive, "Google Drive", {0x1F310}},
+            {CloudProviderType::googlePhotos, "Google Photos", {0x1F4F7}},
+            {CloudProviderType::icloud, "iCloud Photos", {0x2601, 0xFE0F}},
+            {CloudProviderType::dropbox, "Dropbox", {0x1F4E6}}, {CloudProviderType::onedrive, "OneDrive", {0x1F537}}};
+    ASSERT_EQ(allCloudProviderTypes.size(), std::size(picker));
+    for (size_t i = 0; i < std::size(picker); ++i) {
+        const auto &[provider, label, iconCodePoints] = picker[i];
+        EXPECT_EQ(allCloudProviderTypes[i], provider) << label;
+        EXPECT_EQ(displayName(provider), QString::fromUtf8(label));
+        EXPECT_EQ(icon(provider).toUcs4(), iconCodePoints) << label;
+        EXPECT_EQ(fromRaw<CloudProviderType>(toRaw(provider)), provider) << label;
+    }
 }
 
 TEST(MediaRecords, VideoTiersFoldCaseAndRankByTier)
