@@ -125,41 +125,15 @@ TEST(BundleReader, MalformedJsonCarriesTheParserCause)
     EXPECT_EQ(result.error->path, fixture.manifestPath());
 }
 
-TEST(BundleReader, UnreadableManifestsFailWithoutReadingForever)
+TEST(BundleReader, AManifestThatIsAPipeFailsWithoutReadingForever)
 {
-    { // A pipe would block a naive reader forever.
-        BundleFixture fixture;
-        ASSERT_EQ(mkfifo(QFile::encodeName(fixture.manifestPath()).constData(), 0600), 0);
-        const BundleOpenResult result = BundleReader::open(fixture.root());
-        ASSERT_TRUE(result.error);
-        EXPECT_EQ(result.error->code, BundleErrorCode::manifestUnreadable);
-        EXPECT_TRUE(result.error->message.startsWith("Could not read the manifest: "));
-        EXPECT_EQ(result.error->message, "Could not read the manifest: " + result.error->cause.value_or(""));
-    }
-    { // An oversized (sparse) manifest is refused before it is read.
-        BundleFixture fixture;
-        QFile file(fixture.manifestPath());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_TRUE(file.resize(100LL * 1024 * 1024));
-        file.close();
-        const BundleOpenResult result = BundleReader::open(fixture.root());
-        ASSERT_TRUE(result.error);
-        EXPECT_EQ(result.error->code, BundleErrorCode::manifestUnreadable);
-    }
-}
-
-TEST(BundleReader, DeeplyNestedAndNonUtf8ManifestsAreMalformed)
-{
-    for (const QByteArray &text :
-        {QByteArray(100000, '[') + QByteArray(100000, ']'), QByteArray("{\"format\":\"sorvane.bundle\xff\xfe\"}")}) {
-        BundleFixture fixture;
-        fixture.writeManifestText(text);
-        const BundleOpenResult result = BundleReader::open(fixture.root());
-        ASSERT_TRUE(result.error);
-        // Either way it is a coded refusal, never a crash.
-        EXPECT_TRUE(result.error->code == BundleErrorCode::manifestMalformed
-            || result.error->code == BundleErrorCode::notABundle);
-    }
+    BundleFixture fixture;
+    ASSERT_EQ(mkfifo(QFile::encodeName(fixture.manifestPath()).constData(), 0600), 0);
+    const BundleOpenResult result = BundleReader::open(fixture.root());
+    ASSERT_TRUE(result.error);
+    EXPECT_EQ(result.error->code, BundleErrorCode::manifestUnreadable);
+    EXPECT_TRUE(result.error->message.startsWith("Could not read the manifest: "));
+    EXPECT_EQ(result.error->message, "Could not read the manifest: " + result.error->cause.value_or(""));
 }
 
 TEST(BundleReader, ANewerFormatOpensUnlessItNeedsANewerReader)

@@ -231,28 +231,6 @@ TEST(ManifestParsing, NonObjectEntriesOfOtherArraysReadAsEmpty)
 // ---------------------------------------------------------------------------
 // Unknown members.
 
-TEST(ManifestParsing, DesignExampleTotalsSix)
-{
-    const BundleManifest m = parseManifest(R"({
-        "format": "sorvane.bundle", "format_version": 2, "min_reader_version": 1,
-        "extra_one": 1, "extra_two": "two", "extra_three": {"nested": true},
-        "playback": {"mode": "standard", "future_knob": 3,
-                     "flow": {"orientation": "vertical", "flow_future": 1, "another": 2}},
-        "items": [
-            {"id": "a", "rating": 5, "assets": {"full": {"path": "media/a.jpg", "hdr": true}}},
-            {"id": "b", "people": [], "assets": {"tile": {"path": "media/b.jpg", "x": 1, "y": 2}}}
-        ]
-    })");
-    EXPECT_EQ(m.unknownMemberCount, 3);
-    ASSERT_TRUE(m.playback);
-    EXPECT_EQ(m.playback->unknownMemberCount, 1);
-    ASSERT_TRUE(m.items);
-    ASSERT_EQ(m.items->size(), 2u);
-    EXPECT_EQ((*m.items)[0].unknownMemberCount, 1);
-    EXPECT_EQ((*m.items)[1].unknownMemberCount, 1);
-    EXPECT_EQ(m.totalUnknownMemberCount(), 6);
-}
-
 TEST(ManifestParsing, UnknownMemberTotals)
 {
     const struct {
