@@ -61,7 +61,6 @@ enum class Saver {
     tiff,
     gif,
     heic,
-    avif,
     cmykJpeg,
     wideGamutJpeg,
     brokenProfileJpeg,
@@ -148,7 +147,6 @@ const SourceCase sourceCases[] = {
     {"photo.webp", Saver::webp, Pixels::rgb, landscape, 1, ".jpg", 3, TL, fullLandscape, tileLandscape, 8},
     {"scan.tiff", Saver::tiff, Pixels::rgb, landscape, 1, ".jpg", 3, TL, fullLandscape, tileLandscape, 8},
     {"photo.heic", Saver::heic, Pixels::rgb, landscape, 1, ".jpg", 3, TL, fullLandscape, tileLandscape, 30, true},
-    {"photo.avif", Saver::avif, Pixels::rgb, landscape, 1, ".jpg", 3, TL, fullLandscape, tileLandscape, 30, true},
 };
 
 bool isJpegSaver(Saver saver)
@@ -239,9 +237,6 @@ bool saveSource(const SourceCase &c, const QString &path)
     case Saver::heic:
         return vips_heifsave(image.image, name, "compression", VIPS_FOREIGN_HEIF_COMPRESSION_HEVC, "Q", 90, nullptr)
             == 0;
-    case Saver::avif:
-        return vips_heifsave(image.image, name, "compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1, "Q", 90, nullptr)
-            == 0;
     case Saver::cmykJpeg:
         return vips_colourspace(image.image, converted.out(), VIPS_INTERPRETATION_CMYK, nullptr) == 0
             && vips_jpegsave(converted.image, name, "Q", 95, nullptr) == 0;
@@ -275,7 +270,7 @@ bool saveNoisyJpeg(const QString &path)
         && vips_jpegsave(pixels.image, QFile::encodeName(path).constData(), "Q", 90, nullptr) == 0;
 }
 
-// Fixtures are made once for the whole program: HEIF and AVIF encoding is slow.
+// Fixtures are made once for the whole program: HEIF encoding is slow.
 class Fixtures {
 public:
     static const Fixtures &get()
