@@ -305,74 +305,54 @@ Clip rawStreamClip()
         .elementary = true};
 }
 
+// A clip without sound, blue from `from` to `to` seconds.
+Clip silent(const char *file, double seconds, double from, double to, const QStringList &extra = {})
+{
+    return {.file = QString::fromLatin1(file),
+        .seconds = seconds,
+        .blueFrom = from,
+        .blueTo = to,
+        .audio = false,
+        .extra = extra};
+}
+
+Clip sized(Clip clip, int width, int height)
+{
+    clip.width = width;
+    clip.height = height;
+    return clip;
+}
+
 std::vector<ClipCase> clipCases()
 {
     const std::optional<QString> aac = QStringLiteral("aac");
     const std::optional<QString> none;
-    const auto mp4 = [](const char *file) { return Clip {.file = QString::fromLatin1(file)}; };
+    Clip piped = silent("piped.mkv", 2, 0.3, 0.7);
+    piped.piped = true;
+    piped.pipedFormat = QStringLiteral("matroska");
     // Half of 4 s is 2 s, inside the blue band; t = 0 would be red, the end lime.
     return {
-        {"mp4WithAudio", mp4("av.mp4"), "mp4", false, aac, 4, 320, 240, 320, 240},
-        {"mp4WithoutAudio", {.file = QStringLiteral("silent.mp4"), .audio = false}, "mp4", false, none, 4, 320, 240,
-            320, 240},
-        {"mov", mp4("clip.mov"), "mov", false, aac, 4, 320, 240, 320, 240},
+        {"mp4WithAudio", {.file = QStringLiteral("av.mp4")}, "mp4", false, aac, 4, 320, 240, 320, 240},
+        {"mp4WithoutAudio", silent("silent.mp4", 4, 1.5, 2.5), "mp4", false, none, 4, 320, 240, 320, 240},
         // Without a telling extension, the brand inside names a QuickTime-family container.
         {"mp4UnderOtherName", {.file = QStringLiteral("mp4-named.bin"), .extra = {"-f", "mp4"}}, "mp4", false, aac, 4,
             320, 240, 320, 240},
         {"movUnderOtherName", {.file = QStringLiteral("mov-named.bin"), .extra = {"-f", "mov"}}, "mov", false, aac, 4,
             320, 240, 320, 240},
-        {"oneSecond", {.file = QStringLiteral("one.mp4"), .seconds = 1, .blueFrom = 0.3, .blueTo = 0.7, .audio = false},
-            "mp4", false, none, 1, 320, 240, 320, 240},
         // Shorter than the fallback time: only half the duration lands inside it.
-        {"shorterThanHalfSecond",
-            {.file = QStringLiteral("short.mp4"), .seconds = 0.4, .blueFrom = 0.12, .blueTo = 0.28, .audio = false},
-            "mp4", false, none, 0.4, 320, 240, 320, 240},
+        {"shorterThanHalfSecond", silent("short.mp4", 0.4, 0.12, 0.28), "mp4", false, none, 0.4, 320, 240, 320, 240},
         {"rawElementaryStream", rawStreamClip(), "", false, none, 0, 320, 240, 320, 240},
-        {"matroskaWithoutDuration",
-            {.file = QStringLiteral("piped.mkv"),
-                .seconds = 2,
-                .blueFrom = 0.3,
-                .blueTo = 0.7,
-                .audio = false,
-                .piped = true,
-                .pipedFormat = QStringLiteral("matroska")},
-            "matroska", false, none, 0, 320, 240, 320, 240},
+        {"matroskaWithoutDuration", piped, "matroska", false, none, 0, 320, 240, 320, 240},
         // Pixels twice as wide as tall are shown stretched.
-        {"nonSquarePixels",
-            {.file = QStringLiteral("anamorphic.mp4"),
-                .seconds = 2,
-                .blueFrom = 0.5,
-                .blueTo = 1.5,
-                .audio = false,
-                .extra = {"-vf", "setsar=2/1"}},
-            "mp4", false, none, 2, 640, 240, 640, 240},
-        {"ultraHd",
-            {.file = QStringLiteral("uhd.mp4"),
-                .width = 3840,
-                .height = 2160,
-                .seconds = 1,
-                .blueFrom = 0.3,
-                .blueTo = 0.7,
-                .audio = false},
-            "mp4", false, none, 1, 3840, 2160, 2160, 1215},
-        {"tallUltraHd",
-            {.file = QStringLiteral("uhd-tall.mp4"),
-                .width = 1080,
-                .height = 3840,
-                .seconds = 1,
-                .blueFrom = 0.3,
-                .blueTo = 0.7,
-                .audio = false},
-            "mp4", false, none, 1, 1080, 3840, 608, 2160},
+        {"nonSquarePixels", silent("anamorphic.mp4", 2, 0.5, 1.5, {"-vf", "setsar=2/1"}), "mp4", false, none, 2, 640,
+            240, 640, 240},
+        {"ultraHd", sized(silent("uhd.mp4", 1, 0.3, 0.7), 3840, 2160), "mp4", false, none, 1, 3840, 2160, 2160, 1215},
+        {"tallUltraHd", sized(silent("uhd-tall.mp4", 1, 0.3, 0.7), 1080, 3840), "mp4", false, none, 1, 1080, 3840, 608,
+            2160},
         // No frame is shown from 1.88 s to 2.92 s: the one before the gap is nearer to 2 s than
         // the tolerance, the one after is not. The frames after the gap are lime.
         {"frameBeforeGap",
-            {.file = QStringLiteral("gap.mp4"),
-                .seconds = 3,
-                .blueFrom = 1,
-                .blueTo = 1.9,
-                .audio = false,
-                .extra = {"-vf", "setpts='if(gte(N,48),PTS+1/TB,PTS)'", "-fps_mode", "passthrough"}},
+            silent("gap.mp4", 3, 1, 1.9, {"-vf", "setpts='if(gte(N,48),PTS+1/TB,PTS)'", "-fps_mode", "passthrough"}),
             "mp4", false, none, 4, 320, 240, 320, 240},
         // Half the file's duration lies past the last frame, which then stands in; it is blue, half the video red.
         {"audioOutlastsVideo",
@@ -607,22 +587,41 @@ QString faststartClip()
         .extra = {"-g", "5", "-movflags", "+faststart"}});
 }
 
-TEST(FfmpegVideoSourceLadder, FallsBackToHalfSecondWhenTheMiddleIsMissing)
+TEST(FfmpegVideoSourceLadder, FallsBackToHalfASecondWhenTheMiddleCannotBeShown)
 {
+    // One keyframe, at the start: reaching the middle means decoding more frames than one attempt may read.
+    const int frames = FfmpegVideoSource::maxVideoPacketsPerAttempt * 2 + 100;
     const QByteArray whole = readAll(faststartClip());
     ASSERT_FALSE(whole.isEmpty());
-    const QString path
-        = Fixtures::instance().write(QStringLiteral("first-third.mp4"), whole.left(whole.size() * 3 / 10));
-    LogCapture log(writerInfoOn);
-
-    const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
-
-    EXPECT_FALSE(inspection.error.has_value());
-    EXPECT_NEAR(inspection.durationSeconds, 4, 0.1);
-    EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("fallback"));
-    ASSERT_TRUE(inspection.poster.has_value());
-    EXPECT_EQ(colourAt(*inspection.poster), "blue") << "the fallback poster is not from 0.5 s";
-    EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path)));
+    const struct {
+        const char *name;
+        QString path;
+        double duration;
+    } cases[] = {
+        {"middle cut off",
+            Fixtures::instance().write(QStringLiteral("first-third.mp4"), whole.left(whole.size() * 3 / 10)), 4},
+        // Frames until 0.96 s, then none until 4 s; the middle of the 6 s is 3 s.
+        {"no frame near the middle",
+            Fixtures::instance().clip(silent("wide-gap.mp4", 3, 0.3, 0.7,
+                {"-vf", "setpts='if(gte(N,25),PTS+3/TB,PTS)'", "-fps_mode", "passthrough"})),
+            6},
+        {"middle beyond the reading budget",
+            Fixtures::instance().clip(
+                sized(silent("one-keyframe.mp4", frames / 25.0, 0.3, 0.7, onlyFirstKeyframe(frames)), 160, 120)),
+            0},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        LogCapture log(writerInfoOn);
+        const BundleVideoInspection inspection = FfmpegVideoSource().inspect(c.path);
+        EXPECT_FALSE(inspection.error.has_value());
+        if (c.duration > 0)
+            EXPECT_NEAR(inspection.durationSeconds, c.duration, 0.1);
+        EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("fallback"));
+        ASSERT_TRUE(inspection.poster.has_value());
+        EXPECT_EQ(colourAt(*inspection.poster), "blue") << "the fallback poster is not from 0.5 s";
+        EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(c.path)));
+    }
 }
 
 TEST(FfmpegVideoSourceLadder, ReportsBothFailuresWhenNoFrameSurvives)
@@ -645,48 +644,6 @@ TEST(FfmpegVideoSourceLadder, ReportsBothFailuresWhenNoFrameSurvives)
     EXPECT_FALSE(inspection.poster.has_value());
     EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("unavailable"));
     EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path), noPoster(path)));
-}
-
-TEST(FfmpegVideoSourceLadder, FallsBackWhenNoFrameIsShownNearTheMiddle)
-{
-    // Frames until 0.96 s, then none until 4 s; the middle of the 6 s is 3 s.
-    const QString path = Fixtures::instance().clip({.file = QStringLiteral("wide-gap.mp4"),
-        .seconds = 3,
-        .blueFrom = 0.3,
-        .blueTo = 0.7,
-        .audio = false,
-        .extra = {"-vf", "setpts='if(gte(N,25),PTS+3/TB,PTS)'", "-fps_mode", "passthrough"}});
-    LogCapture log(writerInfoOn);
-
-    const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
-
-    EXPECT_NEAR(inspection.durationSeconds, 6, 0.1);
-    EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("fallback"));
-    ASSERT_TRUE(inspection.poster.has_value());
-    EXPECT_EQ(colourAt(*inspection.poster), "blue");
-    EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path)));
-}
-
-TEST(FfmpegVideoSourceLadder, StopsReadingAfterItsBudgetAndFallsBack)
-{
-    // One keyframe, at the start: reaching the middle means decoding more frames than one attempt may read.
-    const int frames = FfmpegVideoSource::maxVideoPacketsPerAttempt * 2 + 100;
-    const QString path = Fixtures::instance().clip({.file = QStringLiteral("one-keyframe.mp4"),
-        .width = 160,
-        .height = 120,
-        .seconds = frames / 25.0,
-        .blueFrom = 0.3,
-        .blueTo = 0.7,
-        .audio = false,
-        .extra = onlyFirstKeyframe(frames)});
-    LogCapture log(writerInfoOn);
-
-    const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
-
-    EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("fallback"));
-    ASSERT_TRUE(inspection.poster.has_value());
-    EXPECT_EQ(colourAt(*inspection.poster), "blue");
-    EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path)));
 }
 
 // ---- Concurrency -------------------------------------------------------------------------

@@ -45,10 +45,8 @@ public:
         m_changed.notify_all();
         m_changed.wait(lock, [&] { return !m_held || m_open.contains(name); });
         --m_inFlight;
-        if (m_failOnce.remove(name))
-            return {nullptr, QStringLiteral("fake failure")};
-        if (m_nullOnce.remove(name))
-            return {};
+        if (m_failOnce.contains(name))
+            return {nullptr, m_failOnce.take(name)};
         return {std::make_shared<FakeThumbnail>(maxPixelSize, m_costs.value(name, 1)), {}};
     }
 
@@ -76,16 +74,11 @@ public:
         std::lock_guard lock(m_mutex);
         m_costs.insert(name, cost);
     }
-    // The next decode of `name` fails with an error text, or with nothing at all.
-    void failOnce(const QString &name)
+    // The next decode of `name` fails with `error`, or with nothing at all when it is empty.
+    void failOnce(const QString &name, const QString &error)
     {
         std::lock_guard lock(m_mutex);
-        m_failOnce.insert(name);
-    }
-    void returnNothingOnce(const QString &name)
-    {
-        std::lock_guard lock(m_mutex);
-        m_nullOnce.insert(name);
+        m_failOnce.insert(name, error);
     }
 
     // Waits, boundedly, until `count` decodes have started.
@@ -116,8 +109,7 @@ private:
     std::condition_variable m_changed;
     bool m_held = false;
     QSet<QString> m_open;
-    QSet<QString> m_failOnce;
-    QSet<QString> m_nullOnce;
+    QHash<QString, QString> m_failOnce;
     QHash<QString, qint64> m_costs;
     QHash<QString, int> m_calls;
     std::vector<QString> m_started;

@@ -17,153 +17,80 @@ namespace {
 
 using test::LogCapture;
 
-const QString kEngineDebug = QStringLiteral("sorvane.engine.debug=true");
-
 std::string debugLine(const char *text)
 {
     return test::logLine("sorvane.engine", "debug", QString::fromUtf8(text));
 }
 
-// Requests a slot that records, in order, which request was granted.
-class Requests {
-public:
-    explicit Requests(LoadManager &manager) : m_manager(manager) { }
-
-    void request(int id)
-    {
-        m_manager.requestSlot([this, id] { granted.push_back(id); });
-    }
-
-    LoadManager &m_manager;
+// Requests slots that record, in order, which request was granted.
+struct Requests {
+    LoadManager manager;
     std::vector<int> granted;
+    void request(int from, int to)
+    {
+        for (int id = from; id <= to; ++id)
+            manager.requestSlot([this, id] { granted.push_back(id); });
+    }
 };
 
-TEST(LoadManagerTest, GrantsFourAtOnceAndQueuesTheRestFirstComeFirstServed)
+TEST(LoadManagerTest, GrantsFourAtOnceAndHandsReleasedSlotsToTheOldestWaiter)
 {
-    LoadManager manager;
-    Requests requests(manager);
-    LogCapture log(kEngineDebug);
-
-    for (int id = 1; id <= 5; ++id)
-        requests.request(id);
-    EXPECT_EQ(requests.granted, (std::vector<int> {1, 2, 3, 4}));
-    EXPECT_EQ(manager.activeLoads(), 4);
-    EXPECT_EQ(manager.waitingCount(), 1);
+    Requests r;
+    LogCapture log(QStringLiteral("sorvane.engine.debug=true"));
+    r.request(4, 5);
+    log.clear();
+    r.request(1, 3);
+    EXPECT_EQ(r.granted, (std::vector<int> {4, 5, 1, 2}));
+    EXPECT_EQ(r.manager.waitingCount(), 1);
     EXPECT_EQ(log.take(),
-        (std::vector<std::string> {
-            debugLine("requestSlot() called - active: 0/4, waiting: 0"),
-            debugLine("Slot GRANTED immediately - now active: 1"),
-            debugLine("requestSlot() called - active: 1/4, waiting: 0"),
-            debugLine("Slot GRANTED immediately - now active: 2"),
-            debugLine("requestSlot() called - active: 2/4, waiting: 0"),
+        (std::vector<std::string> {debugLine("requestSlot() called - active: 2/4, waiting: 0"),
             debugLine("Slot GRANTED immediately - now active: 3"),
             debugLine("requestSlot() called - active: 3/4, waiting: 0"),
             debugLine("Slot GRANTED immediately - now active: 4"),
             debugLine("requestSlot() called - active: 4/4, waiting: 0"),
-            debugLine("No slots available, WAITING... (active: 4, waiting: 1)"),
-        }));
+            debugLine("No slots available, WAITING... (active: 4, waiting: 1)")}));
 
-    requests.request(6);
-    requests.request(7);
+    r.request(6, 7);
+    ASSERT_TRUE(r.manager.releaseSlot());
+    EXPECT_EQ(r.granted.back(), 3); // never a newcomer
+    EXPECT_EQ(r.manager.activeLoads(), 4);
+    EXPECT_EQ(log.take().back(), debugLine("Slot GRANTED after wait - now active: 4"));
+    for (int i = 0; i < 6; ++i)
+        ASSERT_TRUE(r.manager.releaseSlot());
+    EXPECT_EQ(r.granted, (std::vector<int> {4, 5, 1, 2, 3, 6, 7}));
+    EXPECT_EQ(r.manager.activeLoads(), 0);
     log.clear();
-
-    // A released slot goes straight to the oldest waiter, never to a newcomer.
-    ASSERT_TRUE(manager.releaseSlot());
-    EXPECT_EQ(requests.granted, (std::vector<int> {1, 2, 3, 4, 5}));
-    EXPECT_EQ(manager.activeLoads(), 4);
-    EXPECT_EQ(manager.waitingCount(), 2);
-    EXPECT_EQ(log.take(),
-        (std::vector<std::string> {
-            debugLine("releaseSlot() - now active: 3, waiting: 3"),
-            debugLine("Resuming waiting task - remaining waiting: 2"),
-            debugLine("Slot GRANTED after wait - now active: 4"),
-        }));
-
-    requests.request(8);
-    ASSERT_TRUE(manager.releaseSlot());
-    ASSERT_TRUE(manager.releaseSlot());
-    ASSERT_TRUE(manager.releaseSlot());
-    EXPECT_EQ(requests.granted, (std::vector<int> {1, 2, 3, 4, 5, 6, 7, 8}));
-    EXPECT_EQ(manager.waitingCount(), 0);
-    EXPECT_EQ(manager.activeLoads(), 4);
-}
-
-TEST(LoadManagerTest, ReleasesWithoutWaitersOnlyLowerTheCount)
-{
-    LoadManager manager;
-    Requests requests(manager);
-    requests.request(1);
-    requests.request(2);
-    LogCapture log(kEngineDebug);
-
-    ASSERT_TRUE(manager.releaseSlot());
-    EXPECT_EQ(manager.activeLoads(), 1);
-    EXPECT_EQ(requests.granted.size(), 2u);
-    EXPECT_EQ(log.take(), (std::vector<std::string> {debugLine("releaseSlot() - now active: 1, waiting: 0")}));
-
-    ASSERT_TRUE(manager.releaseSlot());
-    EXPECT_EQ(manager.activeLoads(), 0);
 
     // A release too many is refused and leaves the count where it was.
-    log.clear();
-    EXPECT_FALSE(manager.releaseSlot());
-    EXPECT_EQ(manager.activeLoads(), 0);
+    EXPECT_FALSE(r.manager.releaseSlot());
+    EXPECT_EQ(r.manager.activeLoads(), 0);
     EXPECT_EQ(log.take(),
-        (std::vector<std::string> {
-            test::logLine(
-                "sorvane.engine", "warning", QStringLiteral("releaseSlot() called with no slot held - ignored")),
-        }));
-    requests.request(3);
-    EXPECT_EQ(manager.activeLoads(), 1);
+        std::vector<std::string> {test::logLine(
+            "sorvane.engine", "warning", QStringLiteral("releaseSlot() called with no slot held - ignored"))});
 }
 
 TEST(LoadManagerTest, ResetGrantsEveryWaiterAndCountsOnlyThem)
 {
-    LoadManager manager;
-    Requests requests(manager);
-    for (int id = 1; id <= 7; ++id)
-        requests.request(id);
-    ASSERT_EQ(manager.waitingCount(), 3);
-    LogCapture log(kEngineDebug);
+    Requests r;
+    r.request(1, 10);
+    ASSERT_EQ(r.manager.waitingCount(), 6);
+    LogCapture log(QStringLiteral("sorvane.engine.debug=true"));
+    r.manager.reset();
+    EXPECT_EQ(r.granted.size(), 10u);
+    EXPECT_EQ(r.manager.waitingCount(), 0);
+    // The count starts over from the released waiters, and may exceed the maximum.
+    EXPECT_EQ(r.manager.activeLoads(), 6);
+    EXPECT_EQ(log.take().front(), debugLine("reset() called - resuming 6 waiting tasks"));
+    r.request(11, 11);
+    EXPECT_EQ(r.granted.size(), 10u);
 
-    manager.reset();
-    EXPECT_EQ(requests.granted, (std::vector<int> {1, 2, 3, 4, 5, 6, 7}));
-    EXPECT_EQ(manager.waitingCount(), 0);
-    EXPECT_EQ(manager.activeLoads(), 3);
-    EXPECT_EQ(log.take(),
-        (std::vector<std::string> {
-            debugLine("reset() called - resuming 3 waiting tasks"),
-            debugLine("Slot GRANTED after wait - now active: 1"),
-            debugLine("Slot GRANTED after wait - now active: 2"),
-            debugLine("Slot GRANTED after wait - now active: 3"),
-        }));
-
-    // The count starts over from the released waiters: one more fits before anyone waits.
-    requests.request(8);
-    requests.request(9);
-    EXPECT_EQ(requests.granted.back(), 8);
-    EXPECT_EQ(manager.activeLoads(), 4);
-    EXPECT_EQ(manager.waitingCount(), 1);
-
-    LoadManager idle;
-    idle.reset();
-    EXPECT_EQ(idle.activeLoads(), 0);
-}
-
-TEST(LoadManagerTest, ResetMayLeaveMoreThanTheMaximumActive)
-{
-    LoadManager manager;
-    Requests requests(manager);
-    for (int id = 1; id <= 10; ++id)
-        requests.request(id);
-    ASSERT_EQ(manager.waitingCount(), 6);
-
-    manager.reset();
-    EXPECT_EQ(requests.granted.size(), 10u);
-    EXPECT_EQ(manager.activeLoads(), 6);
-    requests.request(11);
-    EXPECT_EQ(requests.granted.size(), 10u);
-    EXPECT_EQ(manager.waitingCount(), 1);
+    Requests few;
+    few.request(1, 7);
+    few.manager.reset();
+    few.request(8, 9);
+    EXPECT_EQ(few.granted.back(), 8);
+    EXPECT_EQ(few.manager.activeLoads(), 4);
+    EXPECT_EQ(few.manager.waitingCount(), 1);
 }
 
 // Many threads requesting and releasing at once: the slots held at any moment never exceed the
@@ -175,10 +102,7 @@ TEST(LoadManagerTest, NeverHandsOutMoreThanItsSlotsUnderContention)
     constexpr int kTotal = kThreads * kRequestsPerThread;
 
     LoadManager manager;
-    std::atomic<int> holding = 0;
-    std::atomic<int> mostHeld = 0;
-    std::atomic<int> granted = 0;
-    std::atomic<int> released = 0;
+    std::atomic<int> holding = 0, mostHeld = 0, granted = 0, released = 0;
     std::mutex heldMutex;
     int held = 0; // grants not yet released, whichever thread got them
 

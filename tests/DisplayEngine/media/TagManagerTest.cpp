@@ -14,6 +14,7 @@ namespace {
 const QString beach = QStringLiteral("/home/ana/Pictures/beach.jpg");
 const QString beachCapital = QStringLiteral("/home/ana/Pictures/Beach.jpg");
 const QString dunes = QStringLiteral("/home/ana/Pictures/dunes.jpg");
+const char *beachHash = "74e932ca78c56b3cbb29ebcdc0d10b3237b4bdd15d7192149fcfc44dd167a792";
 
 QStringList namesOf(const QList<Tag> &tags)
 {
@@ -29,228 +30,107 @@ protected:
     test::FakeTime m_time;
 };
 
-TEST(TagManagerPathHash, IsTheSha256OfTheUtf8PathInLowerCaseHex)
+TEST_F(TagManagerTest, TagsAndAssignmentsAreStoredUnderTheirFieldNames)
 {
-    const std::pair<const char *, const char *> cases[] = {
-        {"", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
-        {"/home/ana/Pictures/beach.jpg", "74e932ca78c56b3cbb29ebcdc0d10b3237b4bdd15d7192149fcfc44dd167a792"},
-        {"/home/ana/Pictures/Beach.jpg", "2ba17e16041c2cf670713dd0bbf089d08fd84beac502224b6d19c65ace2cee35"},
-        {"/home/zoë/Füße/日本.jpg", "1af8282be54b662a182d2e0abeaaa8f069eaf5b8ecf47d282f419fa1ac15bb74"},
-    };
-    for (const auto &[path, hash] : cases)
-        EXPECT_EQ(TagManager::pathHash(QString::fromUtf8(path)), QString::fromLatin1(hash)) << path;
-}
+    EXPECT_EQ(TagManager::pathHash(beach), QLatin1String(beachHash));
+    EXPECT_EQ(TagManager::pathHash(QString::fromUtf8("/home/zoë/Füße/日本.jpg")),
+        QStringLiteral("1af8282be54b662a182d2e0abeaaa8f069eaf5b8ecf47d282f419fa1ac15bb74"));
 
-TEST_F(TagManagerTest, NewTagsAreStampedStoredAndReadBack)
-{
     TagManager tags(m_preferences, m_time);
-    EXPECT_TRUE(tags.tags().isEmpty());
-    EXPECT_TRUE(tags.imageTags().isEmpty());
-
-    int changes = 0;
-    QObject::connect(&tags, &TagManager::tagsChanged, [&] { ++changes; });
-    const Tag family = tags.createTag(QStringLiteral("Family"), QStringLiteral("#FF9500"), false);
-    m_time.advance(60);
-    const Tag holiday = tags.createTag(QStringLiteral("Holiday"), QStringLiteral("#34C759"), true);
-
-    EXPECT_EQ(changes, 2);
-    EXPECT_FALSE(family.id.isNull());
-    EXPECT_NE(family.id, holiday.id);
-    EXPECT_EQ(family.name, QStringLiteral("Family"));
-    EXPECT_EQ(family.color, QStringLiteral("#FF9500"));
-    EXPECT_FALSE(family.isPinned);
-    EXPECT_TRUE(holiday.isPinned);
-    EXPECT_EQ(family.createdAt, QDateTime(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC));
-    EXPECT_EQ(family.updatedAt, family.createdAt);
-    EXPECT_EQ(holiday.createdAt, family.createdAt.addSecs(60));
-    EXPECT_EQ(tags.tags(), (QList<Tag> {holiday, family}));
-
-    const TagManager reloaded(m_preferences, m_time);
-    EXPECT_EQ(reloaded.tags(), tags.tags());
-}
-
-TEST_F(TagManagerTest, StoredRecordsUseTheFieldNames)
-{
-    TagManager tags(m_preferences, m_time);
-    const Tag tag = tags.createTag(QStringLiteral("Family"), QStringLiteral("#FF9500"), true);
-    ASSERT_TRUE(tags.assignTag(beach, tag.id));
-
-    const QJsonArray storedTags = m_preferences.arrayValue(QStringLiteral("com.vindra.tags")).value_or(QJsonArray {});
-    ASSERT_EQ(storedTags.size(), 1);
-    const QJsonObject t = storedTags.first().toObject();
-    EXPECT_EQ(QUuid::fromString(t.value("id").toString()), tag.id);
-    EXPECT_EQ(t.value("name"), QJsonValue("Family"));
-    EXPECT_EQ(t.value("color"), QJsonValue("#FF9500"));
-    EXPECT_EQ(t.value("isPinned"), QJsonValue(true));
-    EXPECT_EQ(t.value("createdAt"), QJsonValue("2026-01-01T12:00:00.000Z"));
-    EXPECT_EQ(t.value("updatedAt"), QJsonValue("2026-01-01T12:00:00.000Z"));
-
-    const QJsonArray stored = m_preferences.arrayValue(QStringLiteral("com.vindra.imageTags")).value_or(QJsonArray {});
-    ASSERT_EQ(stored.size(), 1);
-    const QJsonObject a = stored.first().toObject();
-    EXPECT_EQ(a.value("imagePathHash"), QJsonValue("74e932ca78c56b3cbb29ebcdc0d10b3237b4bdd15d7192149fcfc44dd167a792"));
-    EXPECT_EQ(a.value("imagePath"), QJsonValue(beach));
-    EXPECT_EQ(QUuid::fromString(a.value("tagId").toString()), tag.id);
-}
-
-TEST_F(TagManagerTest, AnImageCarriesATagOnce)
-{
-    TagManager tags(m_preferences, m_time);
-    const Tag family = tags.createTag(QStringLiteral("Family"), QStringLiteral("#FF9500"), false);
     int changes = 0;
     QObject::connect(&tags, &TagManager::imageTagsChanged, [&] { ++changes; });
-
-    EXPECT_TRUE(tags.assignTag(beach, family.id));
-    EXPECT_FALSE(tags.assignTag(beach, family.id));
-    EXPECT_EQ(tags.imageTags().size(), 1);
+    const Tag tag = tags.createTag(QStringLiteral("Family"), QStringLiteral("#FF9500"), true);
+    EXPECT_TRUE(tags.assignTag(beach, tag.id));
+    EXPECT_FALSE(tags.assignTag(beach, tag.id)); // an image carries a tag once
     EXPECT_EQ(changes, 1);
-    EXPECT_EQ(TagManager(m_preferences, m_time).imageTags().size(), 1);
-    EXPECT_EQ(tags.tagsForImage(beach), QList<Tag> {family});
+
+    const QJsonObject t
+        = m_preferences.arrayValue(QStringLiteral("com.vindra.tags")).value_or(QJsonArray {})[0].toObject();
+    EXPECT_EQ(t,
+        (QJsonObject {{"id", tag.id.toString(QUuid::WithoutBraces)}, {"name", "Family"}, {"color", "#FF9500"},
+            {"isPinned", true}, {"createdAt", "2026-01-01T12:00:00.000Z"}, {"updatedAt", "2026-01-01T12:00:00.000Z"}}));
+    const QJsonArray stored = m_preferences.arrayValue(QStringLiteral("com.vindra.imageTags")).value_or(QJsonArray {});
+    EXPECT_EQ(stored,
+        (QJsonArray {QJsonObject {
+            {"imagePathHash", beachHash}, {"imagePath", beach}, {"tagId", tag.id.toString(QUuid::WithoutBraces)}}}));
 }
 
-TEST_F(TagManagerTest, PathsDifferingInAnyWayAreDifferentImages)
-{
-    TagManager tags(m_preferences, m_time);
-    const Tag family = tags.createTag(QStringLiteral("Family"), QStringLiteral("#FF9500"), false);
-    const Tag sea = tags.createTag(QStringLiteral("Sea"), QStringLiteral("#007AFF"), false);
-    ASSERT_TRUE(tags.assignTag(beach, family.id));
-    ASSERT_TRUE(tags.assignTag(beachCapital, sea.id));
-
-    EXPECT_EQ(tags.tagsForImage(beach), QList<Tag> {family});
-    EXPECT_EQ(tags.tagsForImage(beachCapital), QList<Tag> {sea});
-    for (const QString &other : {dunes, beach + QLatin1Char(' '), QStringLiteral("/home/ana/Pictures//beach.jpg"),
-             QStringLiteral("home/ana/Pictures/beach.jpg")})
-        EXPECT_TRUE(tags.tagsForImage(other).isEmpty()) << other.toStdString();
-}
-
-TEST_F(TagManagerTest, AnImagesTagsComeInTheOrderTheyWerePutOn)
-{
-    TagManager tags(m_preferences, m_time);
-    const Tag a = tags.createTag(QStringLiteral("A"), QString(), false);
-    const Tag b = tags.createTag(QStringLiteral("B"), QString(), false);
-    const Tag c = tags.createTag(QStringLiteral("C"), QString(), false);
-    ASSERT_TRUE(tags.assignTag(beach, c.id));
-    ASSERT_TRUE(tags.assignTag(dunes, b.id));
-    ASSERT_TRUE(tags.assignTag(beach, a.id));
-    EXPECT_EQ(namesOf(tags.tagsForImage(beach)), (QStringList {"C", "A"}));
-    EXPECT_EQ(namesOf(tags.tagsForImage(dunes)), QStringList {"B"});
-
-    EXPECT_FALSE(tags.assignTag(beach, QUuid::createUuid())) << "no tag has that id";
-    EXPECT_TRUE(tags.unassignTag(beach, c.id));
-    EXPECT_FALSE(tags.unassignTag(beach, c.id));
-    EXPECT_EQ(namesOf(tags.tagsForImage(beach)), QStringList {"A"});
-    EXPECT_EQ(namesOf(TagManager(m_preferences, m_time).tagsForImage(beach)), QStringList {"A"});
-}
-
-TEST_F(TagManagerTest, PinnedTagsComeFirstThenByName)
+TEST_F(TagManagerTest, TagsSortPinnedFirstThenByNameAndImagesKeepTheOrderTheirTagsWerePutOn)
 {
     TagManager tags(m_preferences, m_time);
     const Tag zoo = tags.createTag(QStringLiteral("zoo"), QString(), false);
-    tags.createTag(QStringLiteral("Beach"), QString(), false);
+    const Tag beachTag = tags.createTag(QStringLiteral("Beach"), QString(), false);
     const Tag work = tags.createTag(QStringLiteral("Work"), QString(), true);
-    tags.createTag(QStringLiteral("alps"), QString(), false);
+    const Tag alps = tags.createTag(QStringLiteral("alps"), QString(), false);
     EXPECT_EQ(namesOf(tags.tags()), (QStringList {"Work", "alps", "Beach", "zoo"}));
-
     m_time.advance(5);
     ASSERT_TRUE(tags.setTagPinned(zoo.id, true));
-    EXPECT_EQ(namesOf(tags.tags()), (QStringList {"Work", "zoo", "alps", "Beach"}));
     ASSERT_TRUE(tags.renameTag(work.id, QStringLiteral("Archive")));
+    ASSERT_TRUE(tags.setTagColor(zoo.id, QStringLiteral("#000000")));
     EXPECT_EQ(namesOf(tags.tags()), (QStringList {"Archive", "zoo", "alps", "Beach"}));
-    EXPECT_EQ(namesOf(TagManager(m_preferences, m_time).tags()), namesOf(tags.tags()));
+    EXPECT_EQ(tags.tags().at(1).createdAt, zoo.createdAt);
+    EXPECT_EQ(tags.tags().at(1).updatedAt, zoo.createdAt.addSecs(5));
 
-    const Tag pinned = tags.tags().at(1);
-    EXPECT_EQ(pinned.id, zoo.id);
-    EXPECT_EQ(pinned.createdAt, zoo.createdAt);
-    EXPECT_EQ(pinned.updatedAt, zoo.createdAt.addSecs(5));
-}
-
-TEST_F(TagManagerTest, EditingAnUnknownTagChangesNothing)
-{
-    TagManager tags(m_preferences, m_time);
-    const Tag family = tags.createTag(QStringLiteral("Family"), QStringLiteral("#FF9500"), false);
     const QUuid unknown = QUuid::createUuid();
     EXPECT_FALSE(tags.renameTag(unknown, QStringLiteral("X")));
     EXPECT_FALSE(tags.setTagColor(unknown, QStringLiteral("#000000")));
     EXPECT_FALSE(tags.setTagPinned(unknown, true));
     EXPECT_FALSE(tags.deleteTag(unknown));
-    EXPECT_EQ(tags.tags(), QList<Tag> {family});
+    EXPECT_FALSE(tags.assignTag(beach, unknown));
 
-    ASSERT_TRUE(tags.setTagColor(family.id, QStringLiteral("#000000")));
-    EXPECT_EQ(TagManager(m_preferences, m_time).tags().first().color, QStringLiteral("#000000"));
-}
+    ASSERT_TRUE(tags.assignTag(beach, zoo.id));
+    ASSERT_TRUE(tags.assignTag(dunes, alps.id));
+    ASSERT_TRUE(tags.assignTag(beach, beachTag.id));
+    ASSERT_TRUE(tags.assignTag(beach, work.id));
+    ASSERT_TRUE(tags.assignTag(beachCapital, alps.id));
+    EXPECT_EQ(namesOf(tags.tagsForImage(beach)), (QStringList {"zoo", "Beach", "Archive"}));
+    // Paths differing in any way are different images.
+    EXPECT_EQ(namesOf(tags.tagsForImage(beachCapital)), QStringList {"alps"});
+    for (const QString &other : {beach + QLatin1Char(' '), QStringLiteral("/home/ana/Pictures//beach.jpg")})
+        EXPECT_TRUE(tags.tagsForImage(other).isEmpty()) << other.toStdString();
 
-TEST_F(TagManagerTest, DeletingATagTakesItOffEveryImage)
-{
-    TagManager tags(m_preferences, m_time);
-    const Tag family = tags.createTag(QStringLiteral("Family"), QString(), false);
-    const Tag sea = tags.createTag(QStringLiteral("Sea"), QString(), false);
-    ASSERT_TRUE(tags.assignTag(beach, family.id));
-    ASSERT_TRUE(tags.assignTag(beach, sea.id));
-    ASSERT_TRUE(tags.assignTag(dunes, family.id));
-
-    EXPECT_TRUE(tags.deleteTag(family.id));
-    EXPECT_EQ(tags.tags(), QList<Tag> {sea});
-    EXPECT_EQ(tags.tagsForImage(beach), QList<Tag> {sea});
+    EXPECT_TRUE(tags.unassignTag(beach, zoo.id));
+    EXPECT_FALSE(tags.unassignTag(beach, zoo.id));
+    // Deleting a tag takes it off every image.
+    EXPECT_TRUE(tags.deleteTag(alps.id));
     EXPECT_TRUE(tags.tagsForImage(dunes).isEmpty());
+
     const TagManager reloaded(m_preferences, m_time);
-    EXPECT_EQ(reloaded.tags(), QList<Tag> {sea});
-    EXPECT_EQ(reloaded.imageTags().size(), 1);
+    EXPECT_EQ(reloaded.tags(), tags.tags());
+    EXPECT_EQ(reloaded.tags().at(1).color, QStringLiteral("#000000"));
+    EXPECT_EQ(namesOf(reloaded.tagsForImage(beach)), (QStringList {"Beach", "Archive"}));
+    EXPECT_EQ(reloaded.imageTags().size(), 2);
 }
 
-// What another version or a damaged file may leave under a key.
-std::vector<std::pair<const char *, PreferenceValue>> unreadableValues()
+TEST_F(TagManagerTest, UnreadableStoredValuesLoadAsNoneAndAreReplacedByTheNextSave)
 {
-    const QJsonObject goodAssignment {
-        {"imagePathHash", "74e932ca78c56b3cbb29ebcdc0d10b3237b4bdd15d7192149fcfc44dd167a792"},
-        {"imagePath", "/home/ana/Pictures/beach.jpg"}, {"tagId", "0b8e8f4e-6f55-4a4c-9f3e-0d6a1c2f4b11"}};
-    QJsonObject badId = goodAssignment;
+    const QJsonObject good {
+        {"imagePathHash", beachHash}, {"imagePath", beach}, {"tagId", "0b8e8f4e-6f55-4a4c-9f3e-0d6a1c2f4b11"}};
+    QJsonObject badId = good, missingPath = good;
     badId.insert("tagId", "not-a-uuid");
-    QJsonObject missingPath = goodAssignment;
     missingPath.remove("imagePath");
-    return {
-        {"text", QStringLiteral("[]")},
-        {"number", qint64(3)},
-        {"object instead of array", goodAssignment},
-        {"one bad id among good", QJsonArray {goodAssignment, badId}},
-        {"a missing field", QJsonArray {missingPath}},
-        {"not an object", QJsonArray {goodAssignment, 7}},
-    };
-}
-
-TEST_F(TagManagerTest, UnreadableAssignmentsLoadAsNoneAndAreReplacedByTheNextSave)
-{
-    for (const auto &[what, value] : unreadableValues()) {
+    // What another version or a damaged file may leave under a key.
+    const std::pair<const char *, PreferenceValue> values[] = {{"text", QStringLiteral("[]")}, {"number", qint64(3)},
+        {"object instead of array", good}, {"one bad id among good", QJsonArray {good, badId}},
+        {"a missing field", QJsonArray {missingPath}}, {"not an object", QJsonArray {good, 7}}};
+    for (const auto &[what, value] : values) {
         InMemoryPreferences preferences;
-        TagManager writer(preferences, m_time);
-        const Tag family = writer.createTag(QStringLiteral("Family"), QString(), false);
+        const Tag family = TagManager(preferences, m_time).createTag(QStringLiteral("Family"), QString(), false);
         ASSERT_EQ(preferences.setValue(QStringLiteral("com.vindra.imageTags"), value), std::nullopt);
-
         TagManager tags(preferences, m_time);
         EXPECT_TRUE(tags.imageTags().isEmpty()) << what;
-        EXPECT_EQ(tags.tags(), QList<Tag> {family}) << what;
         EXPECT_EQ(preferences.value(QStringLiteral("com.vindra.imageTags")), value) << what;
-
         ASSERT_TRUE(tags.assignTag(dunes, family.id)) << what;
-        const TagManager reloaded(preferences, m_time);
-        ASSERT_EQ(reloaded.imageTags().size(), 1) << what;
-        EXPECT_EQ(reloaded.imageTags().first().imagePath, dunes) << what;
-    }
-}
+        ASSERT_EQ(TagManager(preferences, m_time).imageTags().size(), 1) << what;
 
-TEST_F(TagManagerTest, UnreadableTagsLoadAsNone)
-{
-    for (const auto &[what, value] : unreadableValues()) {
-        InMemoryPreferences preferences;
         ASSERT_EQ(preferences.setValue(QStringLiteral("com.vindra.tags"), value), std::nullopt);
-        TagManager tags(preferences, m_time);
-        EXPECT_TRUE(tags.tags().isEmpty()) << what;
-        tags.createTag(QStringLiteral("Fresh"), QString(), false);
+        TagManager noTags(preferences, m_time);
+        EXPECT_TRUE(noTags.tags().isEmpty()) << what;
+        noTags.createTag(QStringLiteral("Fresh"), QString(), false);
         EXPECT_EQ(namesOf(TagManager(preferences, m_time).tags()), QStringList {"Fresh"}) << what;
     }
-}
 
-TEST_F(TagManagerTest, AssignmentsToTagsThatAreGoneAreLeftOut)
-{
+    // Assignments to tags that are gone are kept but name no tag.
     TagManager writer(m_preferences, m_time);
     const Tag family = writer.createTag(QStringLiteral("Family"), QString(), false);
     const ImageTag stale {TagManager::pathHash(beach), beach, QUuid::createUuid()};

@@ -242,33 +242,6 @@ TEST_F(ExportCommand, AKillMidwayNeverLeavesAnythingUnderTheFinalName)
     EXPECT_EQ(again.out.trimmed(), out.filePath("dest/Many"));
 }
 
-TEST_F(ExportCommand, WithPlayerCopiesThePayloadAndRecordsIt)
-{
-    const QString payload = out.filePath("payload");
-    QDir().mkpath(payload);
-    QFile player(payload + "/Slidora");
-    ASSERT_TRUE(player.open(QIODevice::WriteOnly));
-    player.write(QByteArray(5000, 'p'));
-    player.close();
-
-    const Outcome result = sorvane({"export", photos(), "--to", out.filePath("dest"), "--originals", "--with-player",
-        payload, "--player-platform", "testos-arm64", "--player-version", "9.1"});
-    ASSERT_EQ(result.status, 0) << qPrintable(result.err);
-    EXPECT_TRUE(result.out.contains(QRegularExpression("\n  player +5.0 KB\n"))) << qPrintable(result.out);
-    EXPECT_TRUE(result.out.contains(QRegularExpression("\n  original +3 files "))) << qPrintable(result.out);
-    const QString bundle = out.filePath("dest/sorvane.bundle");
-    EXPECT_TRUE(QFileInfo::exists(bundle + "/player/Slidora"));
-    const QJsonObject manifest = readJson(bundle + "/bundle.json");
-    EXPECT_EQ(manifest["flavor"].toString(), "with-player");
-    const QJsonObject entry = manifest["players"].toArray().first().toObject();
-    EXPECT_EQ(entry["platform"].toString(), "testos-arm64");
-    EXPECT_EQ(entry["player_version"].toString(), "9.1");
-    EXPECT_EQ(entry["entry"].toString(), "Slidora");
-    EXPECT_EQ(entry["payload_dir"].toString(), "player");
-    EXPECT_EQ(entry["reader_capability_version"].toInteger(), 1);
-    EXPECT_EQ(entry["bytes"].toInteger(), 5000);
-}
-
 TEST_F(ExportCommand, WriterErrorsExitOneWithTheirCodeAndMessage)
 {
     QDir().mkpath(out.filePath("payload/Slidora"));
