@@ -100,8 +100,11 @@ void checkContent(AssetCheck &check, const BundleOpenOptions &options)
     if (check.failure || check.isOriginal || options.verification == BundleVerification::sizeAndCount)
         return;
     if (options.verification == BundleVerification::full) {
-        const auto digest = Sha256::ofFile(check.resolution.absolutePath);
-        if (!digest || !check.asset->sha256 || *digest != *check.asset->sha256) {
+        // No digest to compare, or more bytes than any real asset: fail without reading
+        // (a sparse terabyte would keep the check busy for many minutes).
+        const bool hashable = check.asset->sha256 && check.resolution.size <= BundleFormat::maxHashedAssetBytes;
+        const auto digest = hashable ? Sha256::ofFile(check.resolution.absolutePath) : std::nullopt;
+        if (!digest || *digest != *check.asset->sha256) {
             check.failure = BundleReportCode::itemAssetUndecodable;
             check.detail = QStringLiteral("sha256 does not match the manifest");
             return;
@@ -177,7 +180,7 @@ void releaseInBackground(QJsonObject object)
     QThreadPool::globalInstance()->start([document = std::move(object)]() mutable { document = QJsonObject(); });
 }
 
-ManifestRead readManifest(const QString &manifestPath)
+ManifestRead readManifest(const QString &manifestPath, BundleRootGuard &guard)
 {
     ManifestRead read;
     auto unreadable = [&](const QString &cause) {
@@ -188,21 +191,25 @@ ManifestRead readManifest(const QString &manifestPath)
         read.error = error;
         return read;
     };
-    const QFileInfo info(manifestPath);
-    if (!info.isFile())
+    // The manifest obeys the assets' rule: a link may not lead it out of the bundle.
+    const BundleRootGuard::Resolution resolved = guard.resolve(BundleFormat::manifestFileName);
+    if (resolved.status == BundleRootGuard::Status::escapes)
+        return unreadable(QStringLiteral("it leads outside the bundle folder"));
+    if (resolved.status != BundleRootGuard::Status::regularFile)
         return unreadable(QStringLiteral("not a regular file"));
-    if (info.size() > BundleFormat::maxManifestBytes) {
+    if (resolved.size > BundleFormat::maxManifestBytes) {
         return unreadable(QStringLiteral("the file is %1 bytes; a manifest may be at most %2 bytes")
-                              .arg(info.size())
+                              .arg(resolved.size)
                               .arg(BundleFormat::maxManifestBytes));
     }
-    QFile file(manifestPath);
+    const qint64 measured = resolved.size;
+    QFile file(resolved.absolutePath);
     if (!file.open(QIODevice::ReadOnly))
         return unreadable(file.errorString());
     // Read at most one byte past the limit: the file may have grown since it was measured.
     // Sized to the file as measured, plus one byte to notice growth; never the whole limit up front.
-    QByteArray bytes = file.read(info.size() + 1);
-    if (bytes.size() > info.size())
+    QByteArray bytes = file.read(measured + 1);
+    if (bytes.size() > measured)
         bytes += file.read(BundleFormat::maxManifestBytes + 1 - bytes.size());
     if (file.error() != QFileDevice::NoError)
         return unreadable(file.errorString());
@@ -295,7 +302,8 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     }
 
     // 2-3. Read and parse.
-    ManifestRead read = readManifest(manifestPath);
+    BundleRootGuard guard(root);
+    ManifestRead read = readManifest(manifestPath, guard);
     if (read.error)
         return failed(*read.error, integrity, reports);
 
@@ -351,7 +359,6 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     bundle->display = BundleManifestMapper::display(manifest, reports);
 
     // 12. Branding.
-    BundleRootGuard guard(root);
     bundle->branding = resolveBranding(manifest, guard, reports);
 
     // 13. Items. An item without an id ends the open once the items before it are walked.

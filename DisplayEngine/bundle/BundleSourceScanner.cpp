@@ -18,6 +18,10 @@ public:
     void addFile(const QFileInfo &info)
     {
         bool isVideo = false;
+        // Only regular files (or links to them): a pipe named .jpg would block the export.
+        // A missing one stays, to be reported as unreadable.
+        if (info.exists() && !info.isFile())
+            return;
         if (!BundleSourceScanner::isSupported(info.fileName(), m_request.includeVideos, &isVideo))
             return;
         // A file listed twice, or reached twice through links, is one source.
