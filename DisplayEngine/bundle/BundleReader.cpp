@@ -20,6 +20,7 @@
 #include <algorithm>
 #include <atomic>
 #include <limits>
+#include <numeric>
 #include <thread>
 
 namespace sorvane {
@@ -298,17 +299,17 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     if (!manifestInfo.exists() || manifestInfo.isDir()) {
         BundleError error = makeError(BundleErrorCode::notABundle, QStringLiteral("No bundle.json at this path."));
         error.path = root;
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     }
 
     // 2-3. Read and parse.
     BundleRootGuard guard(root);
     ManifestRead read = readManifest(manifestPath, guard);
     if (read.error)
-        return failed(*read.error, integrity, reports);
+        return failed(*read.error, integrity, std::move(reports));
 
     // 4. Build the manifest (cannot fail).
-    BundleManifest manifest = BundleManifest::fromJson(*read.object);
+    BundleManifest manifest = BundleManifest::takeFromJson(*read.object);
     releaseInBackground(std::move(*read.object));
 
     // 5-9. Identity, versions and items.
@@ -316,7 +317,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         BundleError error = makeError(BundleErrorCode::manifestMalformed, message);
         error.path = manifestPath;
         error.jsonPath = jsonPath;
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     };
     if (manifest.format != BundleFormat::formatName) {
         BundleError error = makeError(BundleErrorCode::notABundle,
@@ -324,7 +325,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
                 .arg(manifest.format.value_or(QStringLiteral("<absent>"))));
         error.path = manifestPath;
         error.jsonPath = QStringLiteral("$.format");
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     }
     if (!manifest.formatVersion)
         return malformed(QStringLiteral("format_version is required."), QStringLiteral("$.format_version"));
@@ -339,7 +340,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         error.jsonPath = QStringLiteral("$.min_reader_version");
         error.requiredReaderVersion = *manifest.minReaderVersion;
         error.supportedReaderVersion = BundleFormat::readerVersion;
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     }
     if (!manifest.items)
         return malformed(QStringLiteral("items is required."), QStringLiteral("$.items"));
@@ -370,6 +371,10 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
 
     std::vector<std::optional<MediaType>> types(static_cast<size_t>(walked));
     std::vector<AssetCheck> checks;
+    // Sized once: with hundreds of thousands of items a doubling vector would hold
+    // its old and new storage at the same time.
+    checks.reserve(std::accumulate(items.begin(), missingId, size_t(0),
+        [](size_t sum, const BundleItem &item) { return sum + item.assets.size(); }));
     for (qsizetype i = 0; i < walked; ++i) {
         const BundleItem &item = items[size_t(i)];
         bool known = true;
@@ -392,6 +397,9 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         }
     }
     checkAssets(checks, guard, options);
+    reports.reserve(reports.size() + size_t(std::count_if(checks.begin(), checks.end(), [](const AssetCheck &check) {
+        return check.failure && !check.isOriginal;
+    })) + size_t(std::count(types.begin(), types.end(), std::nullopt)));
 
     // Assemble in manifest order so that reports keep the order of discovery.
     size_t next = 0;
@@ -479,7 +487,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         BundleError error = makeError(BundleErrorCode::noPlayableMedia,
             QStringLiteral("Manifest declared %1 items; none of them resolved to a usable asset.").arg(items.size()));
         error.path = root;
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     }
 
     // 16. Opened.
