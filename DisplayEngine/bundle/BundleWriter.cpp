@@ -690,8 +690,14 @@ BundleWriteResult Export::run()
         return fail(BundleWriteErrorCode::writeFailed, QStringLiteral("No image encoder was given to the export."));
 
     progress(BundleWritePhase::scanning, 0, 0);
-    const std::vector<BundleSourceFile> sources = BundleSourceScanner::scan(m_request);
+    QStringList unnamedIn;
+    const std::vector<BundleSourceFile> sources = BundleSourceScanner::scan(m_request, &unnamedIn);
     progress(BundleWritePhase::scanning, qint64(sources.size()), qint64(sources.size()));
+    for (const QString &folder : unnamedIn) {
+        addReport(BundleWriteReportCode::sourceUndecodable,
+            QStringLiteral("A file in %1 was left out: its name is not valid UTF-8.").arg(folder), folder);
+        ++m_result.undecodableSourceCount;
+    }
     if (sources.empty())
         return fail(BundleWriteErrorCode::noSourceMedia, QStringLiteral("No supported media found in the sources."));
     if (m_request.branding && m_request.branding->logoFile
