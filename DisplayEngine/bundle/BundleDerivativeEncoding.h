@@ -28,6 +28,9 @@ struct BundleDerivativeFile {
 struct BundleDerivativeResult {
     std::vector<BundleDerivativeFile> files;
     std::optional<QString> error;
+    // The source decoded but a file could not be written (a full or failing disk):
+    // the export's failure, not the photo's.
+    bool writeFailed = false;
 
     bool ok() const { return !error.has_value(); }
 };

@@ -35,6 +35,9 @@ inline const QString logoPath = QStringLiteral("assets/branding/logo.png");
 // A manifest larger than this is refused before parsing: real manifests of
 // 10,000 items are a few megabytes, and a hostile one must not exhaust memory.
 inline constexpr qint64 maxManifestBytes = 64LL * 1024 * 1024;
+// Larger than any photo or video a stick carries; a file beyond it is not hashed (a
+// sparse terabyte would keep a full check busy for many minutes).
+inline constexpr qint64 maxHashedAssetBytes = 32LL * 1024 * 1024 * 1024;
 } // namespace BundleFormat
 
 } // namespace sorvane

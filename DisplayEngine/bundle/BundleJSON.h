@@ -58,6 +58,9 @@ public:
 
     // UTF-8 JSON text. Pretty output indents by two spaces and ends with a newline.
     QByteArray serialize(bool pretty = true) const;
+    // Appends the pretty text of this value as it reads nested `depth` levels deep,
+    // for writers that emit a large document piece by piece.
+    void appendPretty(QByteArray &out, int depth) const { write(out, true, depth); }
 
     bool operator==(const BundleJSON &) const = default;
 

@@ -11,7 +11,13 @@ namespace sorvane {
 
 using L = QLatin1StringView;
 
-BundleManifest BundleManifest::fromJson(const QJsonObject &o)
+BundleManifest BundleManifest::fromJson(const QJsonObject &object)
+{
+    QJsonObject shared = object;
+    return takeFromJson(shared);
+}
+
+BundleManifest BundleManifest::takeFromJson(QJsonObject &o)
 {
     ManifestFields::MemberReader r(o);
     using namespace ManifestFields;
@@ -44,20 +50,31 @@ BundleManifest BundleManifest::fromJson(const QJsonObject &o)
     if (const auto branding = object(r.take(L("branding"))))
         m.branding = BundleBrandingJson::fromJson(*branding);
 
-    const QJsonValue itemsValue = r.take(L("items"));
+    QJsonValue itemsValue = r.take(L("items"));
     m.itemsKeyPresent = !itemsValue.isUndefined();
+    m.unknownMemberCount = r.unknownCount();
     if (itemsValue.isArray()) {
-        const QJsonArray array = itemsValue.toArray();
+        QJsonArray array = itemsValue.toArray();
+        itemsValue = QJsonValue();
         std::vector<BundleItem> items(size_t(array.size()));
         // An entry that is not an object reads as an item with no members (and so no id).
         auto parseRange = [&](qsizetype from, qsizetype to) {
             for (qsizetype i = from; i < to; ++i)
                 items[size_t(i)] = BundleItem::fromJson(array.at(i).toObject());
         };
-        // Large manifests are read in two halves at once; reading a shared
-        // document from two threads is safe because nothing here writes to it.
+        // A huge list is taken out of the document and each entry dropped once read,
+        // so that the parsed document and the records never fully coexist. Otherwise
+        // large lists are read in two halves at once; reading a shared document from
+        // two threads is safe because nothing then writes to it.
+        constexpr qsizetype takenFrom = 50000;
         constexpr qsizetype parallelFrom = 2000;
-        if (array.size() >= parallelFrom && QThread::idealThreadCount() > 1) {
+        if (array.size() >= takenFrom) {
+            o.remove(L("items"));
+            for (qsizetype i = 0; i < array.size(); ++i) {
+                parseRange(i, i + 1);
+                array.replace(i, QJsonValue());
+            }
+        } else if (array.size() >= parallelFrom && QThread::idealThreadCount() > 1) {
             const qsizetype half = array.size() / 2;
             std::thread second(parseRange, half, array.size());
             parseRange(0, half);
@@ -67,7 +84,6 @@ BundleManifest BundleManifest::fromJson(const QJsonObject &o)
         }
         m.items = std::move(items);
     }
-    m.unknownMemberCount = r.unknownCount();
     return m;
 }
 

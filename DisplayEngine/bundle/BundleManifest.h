@@ -32,6 +32,10 @@ struct BundleManifest {
     int unknownMemberCount = 0;
 
     static BundleManifest fromJson(const QJsonObject &object);
+    // As fromJson, but a huge `items` list is taken out of `object` and its entries
+    // released one by one as their records are built (only memory is saved when
+    // something else still shares the document).
+    static BundleManifest takeFromJson(QJsonObject &object);
     // The manifest as the writer emits it, keys in schema order.
     BundleJSON toJson() const;
 

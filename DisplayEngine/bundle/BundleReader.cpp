@@ -20,6 +20,7 @@
 #include <algorithm>
 #include <atomic>
 #include <limits>
+#include <numeric>
 #include <thread>
 
 namespace sorvane {
@@ -100,8 +101,11 @@ void checkContent(AssetCheck &check, const BundleOpenOptions &options)
     if (check.failure || check.isOriginal || options.verification == BundleVerification::sizeAndCount)
         return;
     if (options.verification == BundleVerification::full) {
-        const auto digest = Sha256::ofFile(check.resolution.absolutePath);
-        if (!digest || !check.asset->sha256 || *digest != *check.asset->sha256) {
+        // No digest to compare, or more bytes than any real asset: fail without reading
+        // (a sparse terabyte would keep the check busy for many minutes).
+        const bool hashable = check.asset->sha256 && check.resolution.size <= BundleFormat::maxHashedAssetBytes;
+        const auto digest = hashable ? Sha256::ofFile(check.resolution.absolutePath) : std::nullopt;
+        if (!digest || *digest != *check.asset->sha256) {
             check.failure = BundleReportCode::itemAssetUndecodable;
             check.detail = QStringLiteral("sha256 does not match the manifest");
             return;
@@ -177,7 +181,7 @@ void releaseInBackground(QJsonObject object)
     QThreadPool::globalInstance()->start([document = std::move(object)]() mutable { document = QJsonObject(); });
 }
 
-ManifestRead readManifest(const QString &manifestPath)
+ManifestRead readManifest(const QString &manifestPath, BundleRootGuard &guard)
 {
     ManifestRead read;
     auto unreadable = [&](const QString &cause) {
@@ -188,21 +192,25 @@ ManifestRead readManifest(const QString &manifestPath)
         read.error = error;
         return read;
     };
-    const QFileInfo info(manifestPath);
-    if (!info.isFile())
+    // The manifest obeys the assets' rule: a link may not lead it out of the bundle.
+    const BundleRootGuard::Resolution resolved = guard.resolve(BundleFormat::manifestFileName);
+    if (resolved.status == BundleRootGuard::Status::escapes)
+        return unreadable(QStringLiteral("it leads outside the bundle folder"));
+    if (resolved.status != BundleRootGuard::Status::regularFile)
         return unreadable(QStringLiteral("not a regular file"));
-    if (info.size() > BundleFormat::maxManifestBytes) {
+    if (resolved.size > BundleFormat::maxManifestBytes) {
         return unreadable(QStringLiteral("the file is %1 bytes; a manifest may be at most %2 bytes")
-                              .arg(info.size())
+                              .arg(resolved.size)
                               .arg(BundleFormat::maxManifestBytes));
     }
-    QFile file(manifestPath);
+    const qint64 measured = resolved.size;
+    QFile file(resolved.absolutePath);
     if (!file.open(QIODevice::ReadOnly))
         return unreadable(file.errorString());
     // Read at most one byte past the limit: the file may have grown since it was measured.
     // Sized to the file as measured, plus one byte to notice growth; never the whole limit up front.
-    QByteArray bytes = file.read(info.size() + 1);
-    if (bytes.size() > info.size())
+    QByteArray bytes = file.read(measured + 1);
+    if (bytes.size() > measured)
         bytes += file.read(BundleFormat::maxManifestBytes + 1 - bytes.size());
     if (file.error() != QFileDevice::NoError)
         return unreadable(file.errorString());
@@ -291,16 +299,17 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     if (!manifestInfo.exists() || manifestInfo.isDir()) {
         BundleError error = makeError(BundleErrorCode::notABundle, QStringLiteral("No bundle.json at this path."));
         error.path = root;
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     }
 
     // 2-3. Read and parse.
-    ManifestRead read = readManifest(manifestPath);
+    BundleRootGuard guard(root);
+    ManifestRead read = readManifest(manifestPath, guard);
     if (read.error)
-        return failed(*read.error, integrity, reports);
+        return failed(*read.error, integrity, std::move(reports));
 
     // 4. Build the manifest (cannot fail).
-    BundleManifest manifest = BundleManifest::fromJson(*read.object);
+    BundleManifest manifest = BundleManifest::takeFromJson(*read.object);
     releaseInBackground(std::move(*read.object));
 
     // 5-9. Identity, versions and items.
@@ -308,7 +317,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         BundleError error = makeError(BundleErrorCode::manifestMalformed, message);
         error.path = manifestPath;
         error.jsonPath = jsonPath;
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     };
     if (manifest.format != BundleFormat::formatName) {
         BundleError error = makeError(BundleErrorCode::notABundle,
@@ -316,7 +325,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
                 .arg(manifest.format.value_or(QStringLiteral("<absent>"))));
         error.path = manifestPath;
         error.jsonPath = QStringLiteral("$.format");
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     }
     if (!manifest.formatVersion)
         return malformed(QStringLiteral("format_version is required."), QStringLiteral("$.format_version"));
@@ -331,7 +340,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         error.jsonPath = QStringLiteral("$.min_reader_version");
         error.requiredReaderVersion = *manifest.minReaderVersion;
         error.supportedReaderVersion = BundleFormat::readerVersion;
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     }
     if (!manifest.items)
         return malformed(QStringLiteral("items is required."), QStringLiteral("$.items"));
@@ -351,7 +360,6 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     bundle->display = BundleManifestMapper::display(manifest, reports);
 
     // 12. Branding.
-    BundleRootGuard guard(root);
     bundle->branding = resolveBranding(manifest, guard, reports);
 
     // 13. Items. An item without an id ends the open once the items before it are walked.
@@ -363,6 +371,10 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
 
     std::vector<std::optional<MediaType>> types(static_cast<size_t>(walked));
     std::vector<AssetCheck> checks;
+    // Sized once: with hundreds of thousands of items a doubling vector would hold
+    // its old and new storage at the same time.
+    checks.reserve(std::accumulate(items.begin(), missingId, size_t(0),
+        [](size_t sum, const BundleItem &item) { return sum + item.assets.size(); }));
     for (qsizetype i = 0; i < walked; ++i) {
         const BundleItem &item = items[size_t(i)];
         bool known = true;
@@ -385,6 +397,9 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         }
     }
     checkAssets(checks, guard, options);
+    reports.reserve(reports.size() + size_t(std::count_if(checks.begin(), checks.end(), [](const AssetCheck &check) {
+        return check.failure && !check.isOriginal;
+    })) + size_t(std::count(types.begin(), types.end(), std::nullopt)));
 
     // Assemble in manifest order so that reports keep the order of discovery.
     size_t next = 0;
@@ -475,7 +490,7 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
         BundleError error = makeError(BundleErrorCode::noPlayableMedia,
             QStringLiteral("Manifest declared %1 items; none of them resolved to a usable asset.").arg(items.size()));
         error.path = root;
-        return failed(error, integrity, reports);
+        return failed(error, integrity, std::move(reports));
     }
 
     // 16. Opened.

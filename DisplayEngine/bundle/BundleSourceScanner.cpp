@@ -4,8 +4,12 @@
 #include "media/VideoExtensions.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSet>
+
+#include <dirent.h>
+#include <sys/stat.h>
 
 namespace sorvane {
 
@@ -18,6 +22,10 @@ public:
     void addFile(const QFileInfo &info)
     {
         bool isVideo = false;
+        // Only regular files (or links to them): a pipe named .jpg would block the export.
+        // A missing one stays, to be reported as unreadable.
+        if (info.exists() && !info.isFile())
+            return;
         if (!BundleSourceScanner::isSupported(info.fileName(), m_request.includeVideos, &isVideo))
             return;
         // A file listed twice, or reached twice through links, is one source.
@@ -44,9 +52,11 @@ public:
             else
                 addFile(entry);
         }
+        noteUnnamedFiles(path);
     }
 
     std::vector<BundleSourceFile> take() { return std::move(m_sources); }
+    QStringList takeUnnamed() { return std::move(m_unnamedIn); }
 
 private:
     // A bundle's files are derivatives of photos; exporting them again would
@@ -56,10 +66,30 @@ private:
         return QFileInfo(folder + QLatin1Char('/') + BundleFormat::manifestFileName).isFile();
     }
 
+    // The toolkit's listing cannot spell a name that is not UTF-8, so such a file
+    // would vanish from the export unnoticed; the raw listing finds it to be reported.
+    void noteUnnamedFiles(const QString &folder)
+    {
+        const QByteArray raw = QFile::encodeName(folder);
+        DIR *dir = opendir(raw.constData());
+        if (!dir)
+            return;
+        while (const dirent *entry = readdir(dir)) {
+            const QByteArray name(entry->d_name);
+            struct stat info { };
+            if (name.isValidUtf8() || stat((raw + '/' + name).constData(), &info) != 0 || !S_ISREG(info.st_mode))
+                continue;
+            if (BundleSourceScanner::isSupported(QString::fromUtf8(name), m_request.includeVideos))
+                m_unnamedIn.append(folder);
+        }
+        closedir(dir);
+    }
+
     const BundleWriteRequest &m_request;
     QSet<QString> m_seenFiles;
     QSet<QString> m_seenFolders;
     std::vector<BundleSourceFile> m_sources;
+    QStringList m_unnamedIn;
 };
 
 } // namespace
@@ -84,7 +114,7 @@ bool BundleSourceScanner::isSupported(const QString &fileName, bool includeVideo
     return video ? includeVideos : imageExtensions().contains(suffix);
 }
 
-std::vector<BundleSourceFile> BundleSourceScanner::scan(const BundleWriteRequest &request)
+std::vector<BundleSourceFile> BundleSourceScanner::scan(const BundleWriteRequest &request, QStringList *unnamedIn)
 {
     Walk walk(request);
     for (const QString &file : request.sourceFiles) {
@@ -96,6 +126,8 @@ std::vector<BundleSourceFile> BundleSourceScanner::scan(const BundleWriteRequest
     }
     for (const QString &folder : request.sourceFolders)
         walk.addFolder(folder);
+    if (unnamedIn)
+        *unnamedIn = walk.takeUnnamed();
     return walk.take();
 }
 

@@ -13,7 +13,9 @@ namespace sorvane {
 // bundle.json) and any folder already visited (symbolic link loops end there).
 class BundleSourceScanner {
 public:
-    static std::vector<BundleSourceFile> scan(const BundleWriteRequest &request);
+    // `unnamedIn`, when given, receives the folder of each media file left out
+    // because its name is not valid UTF-8 (once per file).
+    static std::vector<BundleSourceFile> scan(const BundleWriteRequest &request, QStringList *unnamedIn = nullptr);
 
     // Lower-case extensions (no dot) of the photo formats an export accepts.
     static const QStringList &imageExtensions();

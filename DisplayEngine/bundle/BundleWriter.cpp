@@ -21,8 +21,13 @@
 #include <QThread>
 #include <QUuid>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -97,6 +102,8 @@ template <typename Work, typename Stop> void forEachParallel(qsizetype count, in
         thread.join();
 }
 
+class FolderHandle;
+
 class Export {
 public:
     Export(const BundleWriteRequest &request, const BundleWriter::ProgressCallback &progress,
@@ -141,6 +148,7 @@ private:
     const QString m_destination;
     const int m_workers;
     QString m_staging;
+    std::unique_ptr<FolderHandle> m_stagingHandle;
     std::vector<HashedSource> m_hashed;
     std::vector<BundleTierTarget> m_tiers;
     qint64 m_assetFiles = 0;
@@ -213,6 +221,35 @@ std::optional<QString> Export::prepareDestination()
     return std::nullopt;
 }
 
+// An open handle on the staging folder: a folder removed while it is held keeps its
+// inode, so one made again under the same name is told apart from it.
+class FolderHandle {
+public:
+    explicit FolderHandle(const QString &path)
+        : m_fd(::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+    }
+    ~FolderHandle()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    FolderHandle(const FolderHandle &) = delete;
+    FolderHandle &operator=(const FolderHandle &) = delete;
+
+    // Whether `path` still names the folder this handle holds.
+    bool stillAt(const QString &path) const
+    {
+        struct stat held, named;
+        return m_fd >= 0 && ::fstat(m_fd, &held) == 0 && held.st_nlink > 0
+            && ::stat(QFile::encodeName(path).constData(), &named) == 0 && held.st_dev == named.st_dev
+            && held.st_ino == named.st_ino;
+    }
+
+private:
+    int m_fd;
+};
+
 bool Export::chooseStaging()
 {
     const QString root = m_destination + QLatin1Char('/') + stagingRootName;
@@ -227,6 +264,7 @@ bool Export::chooseStaging()
             return false;
         }
         m_staging = candidate;
+        m_stagingHandle = std::make_unique<FolderHandle>(candidate);
         return true;
     }
     fail(BundleWriteErrorCode::writeFailed, QStringLiteral("No free staging folder name for '%1'.").arg(m_folderName));
@@ -385,6 +423,10 @@ void Export::encodeImage(const HashedSource &source, ItemOutcome &outcome) const
         if (!animatedCopy.isEmpty())
             QFile::remove(animatedCopy);
         // A full or failing disk is the write's failure, not the photo's.
+        if (result.writeFailed) {
+            outcome.fatal = *result.error;
+            return;
+        }
         if (const auto error = stagingWriteError()) {
             outcome.fatal = *error;
             return;
@@ -572,6 +614,12 @@ std::optional<QString> Export::writeManifest(std::vector<BundleItem> items)
 std::optional<BundleWriteResult> Export::finalize()
 {
     progress(BundleWritePhase::finalizing, 0, 1);
+    // Removed while we wrote (the stick pulled, the folder deleted) and made again by a
+    // later write: what it holds now is only part of the bundle.
+    if (!m_stagingHandle || !m_stagingHandle->stillAt(m_staging)) {
+        return fail(BundleWriteErrorCode::writeFailed,
+            QStringLiteral("The destination was removed during the export: %1").arg(m_destination));
+    }
     const QString first = m_destination + QLatin1Char('/') + m_folderName;
     QString target;
     bool replacing = false;
@@ -642,8 +690,14 @@ BundleWriteResult Export::run()
         return fail(BundleWriteErrorCode::writeFailed, QStringLiteral("No image encoder was given to the export."));
 
     progress(BundleWritePhase::scanning, 0, 0);
-    const std::vector<BundleSourceFile> sources = BundleSourceScanner::scan(m_request);
+    QStringList unnamedIn;
+    const std::vector<BundleSourceFile> sources = BundleSourceScanner::scan(m_request, &unnamedIn);
     progress(BundleWritePhase::scanning, qint64(sources.size()), qint64(sources.size()));
+    for (const QString &folder : unnamedIn) {
+        addReport(BundleWriteReportCode::sourceUndecodable,
+            QStringLiteral("A file in %1 was left out: its name is not valid UTF-8.").arg(folder), folder);
+        ++m_result.undecodableSourceCount;
+    }
     if (sources.empty())
         return fail(BundleWriteErrorCode::noSourceMedia, QStringLiteral("No supported media found in the sources."));
     if (m_request.branding && m_request.branding->logoFile

@@ -3,6 +3,7 @@
 #include <openssl/evp.h>
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <memory>
 #include <vector>
@@ -51,6 +52,12 @@ std::optional<QString> Sha256::ofFile(const QString &filePath, QString *error)
             *error = file.errorString();
         return std::nullopt;
     };
+    // A pipe or a device is never opened: reading one would block or never end.
+    if (!QFileInfo(filePath).isFile()) {
+        if (error)
+            *error = QStringLiteral("not a regular file");
+        return std::nullopt;
+    }
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return failed();
     DigestContext context = newContext();

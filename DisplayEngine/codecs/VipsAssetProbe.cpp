@@ -3,6 +3,7 @@
 #include "EngineLog.h"
 #include "codecs/VipsRuntime.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <vips/vips.h>
@@ -36,6 +37,26 @@ bool decodesAsThumbnail(const QByteArray &path, VipsFailOn failOn)
     return true;
 }
 
+// Whether the file starts with the signature of a still format a bundle may carry.
+// Asked before libvips sees the file name: some of its loaders scan a file for line
+// ends to recognise text formats, which on a sparse terabyte of zeros never finishes.
+bool hasImageSignature(const QString &filePath)
+{
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray head = file.read(16);
+    static const QByteArray prefixes[]
+        = {QByteArray("\xff\xd8\xff"), QByteArray("\x89PNG"), QByteArray("GIF8"), QByteArray("II*", 4),
+            QByteArray("MM\0*", 4), QByteArray("BM"), QByteArray("\xff\x0a"), QByteArray("\0\0\0\x0cJXL ", 8)};
+    for (const QByteArray &prefix : prefixes) {
+        if (head.startsWith(prefix))
+            return true;
+    }
+    // RIFF....WEBP, and ISO boxes (HEIF, AVIF) that open with "ftyp".
+    return (head.startsWith("RIFF") && head.mid(8, 4) == "WEBP") || head.mid(4, 4) == "ftyp";
+}
+
 } // namespace
 
 std::optional<BundleProbeResult> VipsAssetProbe::probe(const QString &filePath) const
@@ -47,6 +68,11 @@ std::optional<BundleProbeResult> VipsAssetProbe::probe(const QString &filePath) 
         return std::nullopt;
     }
 
+    if (!hasImageSignature(filePath)) {
+        VipsRuntime::takeError();
+        qCInfo(lcEngine, "Decode probe: %s is not an image at all", name.constData());
+        return std::nullopt;
+    }
     ImageRef header;
     header.image = vips_image_new_from_file(path.constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
     if (!header.image || header.image->Xsize < 1 || header.image->Ysize < 1) {

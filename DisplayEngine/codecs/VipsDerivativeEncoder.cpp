@@ -243,7 +243,9 @@ BundleDerivativeResult writeTiers(VipsImage *upright, Container container, const
         const QString path = QDir(tier.directory).filePath(baseName + QLatin1String(extensionOf(container)));
         if (const auto error = writeAtomically(path, buffer)) {
             qCWarning(lcWriter, "Derivative write failed for %s", logName.constData());
-            return failure(*error, result.files);
+            BundleDerivativeResult failed = failure(*error, result.files);
+            failed.writeFailed = true;
+            return failed;
         }
         result.files.push_back({tier.name, path, qint64(buffer.size), sized->Xsize, sized->Ysize});
     }

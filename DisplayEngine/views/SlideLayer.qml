@@ -19,6 +19,8 @@ Item {
     readonly property bool isVideo: hasSlide && slide.isVideo
     readonly property bool isAnimated: hasSlide && !slide.isVideo && slide.isAnimated
     readonly property bool isStill: hasSlide && !slide.isVideo && !slide.isAnimated
+    // An animation too large to hold in memory is never loaded; the slide fails instead.
+    readonly property string animationRefusal: isAnimated ? SlideSource.animationRefusal(slide.source) : ""
     // Something worth showing is drawn: the still, the animation's first frame, or a
     // video's poster or first frame.
     readonly property bool ready: (isStill && still.status === Image.Ready)
@@ -38,6 +40,15 @@ Item {
 
     clip: true
 
+    onAnimationRefusalChanged: {
+        if (animationRefusal.length > 0) {
+            const reason = "the animation is too large: " + animationRefusal
+            const serial = slide.serial
+            // Reported once this change has settled, and only if the slide is still on show.
+            Qt.callLater(() => { if (hasSlide && slide.serial === serial) slideLayer.failed(reason) })
+        }
+    }
+
     Image {
         id: still
         anchors.fill: parent
@@ -53,7 +64,7 @@ Item {
     Loader {
         id: animatedLoader
         anchors.fill: parent
-        active: slideLayer.isAnimated
+        active: slideLayer.isAnimated && slideLayer.animationRefusal.length === 0
         sourceComponent: AnimatedImage {
             asynchronous: true
             cache: false

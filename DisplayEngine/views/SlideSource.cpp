@@ -1,6 +1,7 @@
 #include "views/SlideSource.h"
 
 #include "bundle/BundleWireValues.h"
+#include "views/AnimationBudget.h"
 #include "views/SlideImageProvider.h"
 #include "views/ViewsLog.h"
 
@@ -21,6 +22,11 @@ QString SlideSource::imageUrl(const QUrl &fileUrl, const QString &scalingRaw, co
     }
     return QStringLiteral("image://") + SlideImageProvider::kProviderName + u'/'
         + SlideImageProvider::imageId(fileUrl.toLocalFile(), *scaling, *filter);
+}
+
+QString SlideSource::animationRefusal(const QUrl &fileUrl) const
+{
+    return fileUrl.isLocalFile() ? AnimationBudget::refusal(fileUrl.toLocalFile()) : QString();
 }
 
 } // namespace sorvane

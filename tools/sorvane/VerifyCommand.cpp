@@ -100,7 +100,7 @@ int runVerify(const QStringList &arguments, QTextStream &out, QTextStream &err)
 
     const VerifyOutput output {paths.first(), *level, result, order};
     if (parser.isSet(jsonOption))
-        out << output.json().serialize();
+        output.writeJson(out);
     else if (result.ok())
         out << output.text();
     else

@@ -1,5 +1,6 @@
 #include "VerifyOutput.h"
 
+#include "JsonStreamWriter.h"
 #include "TextFormat.h"
 
 #include "bundle/BundleSort.h"
@@ -47,23 +48,28 @@ BundleJSON reportJson(const BundleReport &report)
     return j;
 }
 
-BundleJSON integrityJson(const BundleIntegrity &integrity)
+// Integrity with its list of missing items, which may be as long as the manifest.
+void writeIntegrity(JsonStreamWriter &w, const BundleIntegrity &integrity)
 {
-    BundleJSON j = BundleJSON::object();
-    j.insert(QStringLiteral("manifestItemCount"), integrity.manifestItemCount);
-    j.insert(QStringLiteral("playableItemCount"), integrity.playableItemCount);
-    j.insert(QStringLiteral("expectedAssetBytes"), integrity.expectedAssetBytes);
-    j.insert(QStringLiteral("resolvedAssetBytes"), integrity.resolvedAssetBytes);
-    j.insert(QStringLiteral("expectedOriginalCount"), integrity.expectedOriginalCount);
-    j.insert(QStringLiteral("resolvedOriginalCount"), integrity.resolvedOriginalCount);
-    j.insert(QStringLiteral("unsupportedMediaCount"), integrity.unsupportedMediaCount);
-    BundleJSON missing = BundleJSON::array();
+    w.beginObject();
+    const std::pair<const char *, qint64> counts[]
+        = {{"manifestItemCount", integrity.manifestItemCount}, {"playableItemCount", integrity.playableItemCount},
+            {"expectedAssetBytes", integrity.expectedAssetBytes}, {"resolvedAssetBytes", integrity.resolvedAssetBytes},
+            {"expectedOriginalCount", integrity.expectedOriginalCount},
+            {"resolvedOriginalCount", integrity.resolvedOriginalCount},
+            {"unsupportedMediaCount", integrity.unsupportedMediaCount}};
+    for (const auto &[name, count] : counts) {
+        w.key(QLatin1StringView(name));
+        w.value(count);
+    }
+    w.key(QStringLiteral("missingItems"));
+    w.beginArray();
     for (const BundleMissingItem &item : integrity.missingItems) {
-        missing.append(BundleJSON::object({{QStringLiteral("itemId"), item.itemId},
+        w.value(BundleJSON::object({{QStringLiteral("itemId"), item.itemId},
             {QStringLiteral("reason"), toString(item.reason)}, {QStringLiteral("detail"), item.detail}}));
     }
-    j.insert(QStringLiteral("missingItems"), missing);
-    return j;
+    w.end();
+    w.end();
 }
 
 BundleJSON itemJson(const BundleMediaItem &item)
@@ -92,35 +98,51 @@ qint64 verifiedFileCount(const OpenedBundle &bundle)
 
 } // namespace
 
-BundleJSON VerifyOutput::json() const
+void VerifyOutput::writeJson(QTextStream &out) const
 {
-    BundleJSON j = BundleJSON::object();
-    j.insert(QStringLiteral("path"), argument);
-    j.insert(QStringLiteral("level"), toString(level));
-    j.insert(QStringLiteral("opened"), result.ok());
+    JsonStreamWriter w(out);
+    auto member = [&](const QString &name, const BundleJSON &value) {
+        w.key(name);
+        w.value(value);
+    };
+    auto optionalMember = [&](const QString &name, const std::optional<QString> &value) {
+        if (value)
+            member(name, *value);
+    };
+    w.beginObject();
+    member(QStringLiteral("path"), argument);
+    member(QStringLiteral("level"), toString(level));
+    member(QStringLiteral("opened"), result.ok());
     if (result.error)
-        j.insert(QStringLiteral("error"), errorJson(*result.error));
+        member(QStringLiteral("error"), errorJson(*result.error));
     if (result.bundle) {
-        j.insert(QStringLiteral("root"), result.bundle->rootPath);
-        j.insert(QStringLiteral("bundleId"), result.bundle->manifest.bundleId);
-        j.insert(QStringLiteral("title"), result.bundle->manifest.title);
+        member(QStringLiteral("root"), result.bundle->rootPath);
+        optionalMember(QStringLiteral("bundleId"), result.bundle->manifest.bundleId);
+        optionalMember(QStringLiteral("title"), result.bundle->manifest.title);
     }
-    BundleJSON reports = BundleJSON::array();
+    w.key(QStringLiteral("reports"));
+    w.beginArray();
     for (const BundleReport &report : result.reports())
-        reports.append(reportJson(report));
-    j.insert(QStringLiteral("reports"), reports);
-    j.insert(QStringLiteral("integrity"), integrityJson(*result.integrity));
-    BundleJSON items = BundleJSON::array();
-    BundleJSON order = BundleJSON::array();
+        w.value(reportJson(report));
+    w.end();
+    w.key(QStringLiteral("integrity"));
+    writeIntegrity(w, *result.integrity);
+    w.key(QStringLiteral("items"));
+    w.beginArray();
     if (result.bundle) {
         for (const auto &item : result.bundle->items)
-            items.append(itemJson(*item));
-        for (const qsizetype position : playOrder)
-            order.append(result.bundle->items[size_t(position)]->id);
+            w.value(itemJson(*item));
     }
-    j.insert(QStringLiteral("items"), items);
-    j.insert(QStringLiteral("playOrder"), order);
-    return j;
+    w.end();
+    w.key(QStringLiteral("playOrder"));
+    w.beginArray();
+    if (result.bundle) {
+        for (const qsizetype position : playOrder)
+            w.value(result.bundle->items[size_t(position)]->id);
+    }
+    w.end();
+    w.end();
+    w.finish();
 }
 
 QString VerifyOutput::text() const

@@ -5,6 +5,7 @@
 #include "bundle/BundleOpenResult.h"
 
 #include <QString>
+#include <QTextStream>
 #include <vector>
 
 namespace sorvane::cli {
@@ -20,7 +21,9 @@ struct VerifyOutput {
     static constexpr qsizetype shownOrderEntries = 10;
 
     QString text() const;
-    BundleJSON json() const;
+    // The whole result as one JSON object, written as it is built: a bundle of
+    // hundreds of thousands of items never exists as one tree or one string.
+    void writeJson(QTextStream &out) const;
 };
 
 QString toString(BundleVerification level);

@@ -198,6 +198,25 @@ TEST(ManifestParsing, NonObjectItemEntriesReadAsItemsWithoutId)
     EXPECT_EQ((*m.items)[4].mediaType, QStringLiteral("image"));
 }
 
+// A list long enough to be taken out of the document entry by entry reads the
+// same, in order, and leaves a document shared with the caller intact.
+TEST(ManifestParsing, HugeItemListsReadInOrder)
+{
+    QJsonArray items;
+    for (int i = 0; i < 60000; ++i)
+        items.append(i == 7 ? QJsonValue(7) : QJsonValue(QJsonObject {{"id", QString::number(i)}}));
+    QJsonObject object {{"items", items}, {"extra", true}};
+    const QJsonObject shared = object;
+    const BundleManifest m = BundleManifest::takeFromJson(object);
+    ASSERT_TRUE(m.items && m.items->size() == 60000u);
+    EXPECT_EQ(m.unknownMemberCount, 1);
+    for (const size_t i : {0u, 6u, 8u, 59999u})
+        EXPECT_EQ((*m.items)[i].id, QString::number(i));
+    EXPECT_EQ((*m.items)[7], BundleItem {});
+    EXPECT_EQ(shared["items"].toArray().size(), 60000);
+    EXPECT_EQ(shared["items"].toArray().at(59999).toObject()["id"], "59999");
+}
+
 TEST(ManifestParsing, NonObjectEntriesOfOtherArraysReadAsEmpty)
 {
     const BundleManifest m = parseManifest(R"({
