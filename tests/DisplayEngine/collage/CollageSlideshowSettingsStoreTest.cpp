@@ -132,40 +132,6 @@ std::vector<FieldChange> fieldChanges()
     };
 }
 
-TEST(CollageSlideshowSettingsStore, EveryMemberIsAPropertyWithItsOwnNotification)
-{
-    RecordingPreferences preferences;
-    const Store store(preferences);
-    const QMetaObject *meta = store.metaObject();
-    for (const Notifier &n : notifiers()) {
-        const int index = meta->indexOfProperty(n.property);
-        ASSERT_GE(index, 0) << n.property;
-        const QMetaProperty property = meta->property(index);
-        EXPECT_TRUE(property.isWritable()) << n.property;
-        EXPECT_EQ(property.notifySignal(), QMetaMethod::fromSignal(n.signal)) << n.property;
-    }
-}
-
-TEST(CollageSlideshowSettingsStore, StartsFromTheStoredSettingsAndWritesNothing)
-{
-    RecordingPreferences preferences;
-    CollageSlideshowSettings stored;
-    stored.defaultLayout = CollageLayout::scatter;
-    stored.flowScrollSpeed = 100.0; // read back clamped
-    stored.flowAutoCycleTiles = true;
-    ASSERT_EQ(stored.save(preferences), std::nullopt);
-    preferences.writes.clear();
-
-    const Store store(preferences);
-    EXPECT_EQ(store.defaultLayout(), CollageLayout::scatter);
-    EXPECT_EQ(store.flowScrollSpeed(), 72.0);
-    EXPECT_TRUE(store.flowAutoCycleTiles());
-    EXPECT_EQ(store.settings(), CollageSlideshowSettings::load(preferences));
-    EXPECT_FALSE(store.flowScrollReversed());
-    EXPECT_FALSE(store.flowScrollPaused());
-    EXPECT_TRUE(preferences.writes.isEmpty());
-}
-
 TEST(CollageSlideshowSettingsStore, ChangingOneFieldWritesAllFifteenKeysOnce)
 {
     for (const FieldChange &row : fieldChanges()) {
@@ -232,44 +198,6 @@ TEST(CollageSlideshowSettingsStore, AdjustingColumnsStaysWithinSixEitherWayAndAl
     }
 }
 
-TEST(CollageSlideshowSettingsStore, PresetsAreChosenByTheirExactLabel)
-{
-    struct Row {
-        bool (Store::*select)(const QString &);
-        const char *label;
-        double (Store::*read)() const;
-        double expected; // < 0: the label is unknown and nothing changes
-    };
-    const Row rows[] = {
-        {&Store::selectFlowScrollSpeed, "Slow", &Store::flowScrollSpeed, 9.0},
-        {&Store::selectFlowScrollSpeed, "Normal", &Store::flowScrollSpeed, 18.0},
-        {&Store::selectFlowScrollSpeed, "Fast", &Store::flowScrollSpeed, 36.0},
-        {&Store::selectFlowScrollSpeed, "Faster", &Store::flowScrollSpeed, 64.0},
-        {&Store::selectFlowScrollSpeed, "fast", &Store::flowScrollSpeed, -1},
-        {&Store::selectFlowScrollSpeed, "Brief", &Store::flowScrollSpeed, -1},
-        {&Store::selectFlowScrollSpeed, "", &Store::flowScrollSpeed, -1},
-        {&Store::selectFlowScrollPointerPause, "Never", &Store::flowScrollPointerPause, 0.0},
-        {&Store::selectFlowScrollPointerPause, "Brief", &Store::flowScrollPointerPause, 0.5},
-        {&Store::selectFlowScrollPointerPause, "Standard", &Store::flowScrollPointerPause, 2.0},
-        {&Store::selectFlowScrollPointerPause, "Long", &Store::flowScrollPointerPause, 5.0},
-        {&Store::selectFlowScrollPointerPause, "Normal", &Store::flowScrollPointerPause, -1},
-        {&Store::selectFlowScrollPointerPause, "Long ", &Store::flowScrollPointerPause, -1},
-    };
-    for (const Row &row : rows) {
-        RecordingPreferences preferences;
-        Store store(preferences);
-        store.setFlowScrollSpeed(50.0);
-        store.setFlowScrollPointerPause(1.0);
-        preferences.writes.clear();
-        const double before = (store.*row.read)();
-
-        const bool known = (store.*row.select)(QString::fromUtf8(row.label));
-        EXPECT_EQ(known, row.expected >= 0) << row.label;
-        EXPECT_EQ((store.*row.read)(), known ? row.expected : before) << row.label;
-        EXPECT_EQ(preferences.writes.size(), known ? 1 : 0) << row.label;
-    }
-}
-
 TEST(CollageSlideshowSettingsStore, LabelsNameTheNearestPresetAndTiesKeepTheEarlier)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
@@ -284,62 +212,6 @@ TEST(CollageSlideshowSettingsStore, LabelsNameTheNearestPresetAndTiesKeepTheEarl
             {-1.0, "Never"}, {60.0, "Long"}, {0.5, "Brief"}, {nan, "Never"}};
     for (const auto &[pause, label] : pauses)
         EXPECT_EQ(Store::flowScrollPointerPauseLabel(pause), QString::fromUtf8(label)) << pause;
-}
-
-TEST(CollageSlideshowSettingsStore, TogglingStoresOnlyTheStoredFlags)
-{
-    struct Row {
-        Store::Flag flag;
-        bool (Store::*read)() const;
-        const char *property;
-        bool stored;
-    };
-    const Row rows[] = {
-        {Store::Flag::shuffleVariedLayout, &Store::shuffleVariedLayout, "shuffleVariedLayout", true},
-        {Store::Flag::showTileHoverControls, &Store::showTileHoverControls, "showTileHoverControls", true},
-        {Store::Flag::flowStaggerSwaps, &Store::flowStaggerSwaps, "flowStaggerSwaps", true},
-        {Store::Flag::flowInfiniteScroll, &Store::flowInfiniteScroll, "flowInfiniteScroll", true},
-        {Store::Flag::flowScrollBidirectional, &Store::flowScrollBidirectional, "flowScrollBidirectional", true},
-        {Store::Flag::flowAutoCycleTiles, &Store::flowAutoCycleTiles, "flowAutoCycleTiles", true},
-        {Store::Flag::flowScrollReversed, &Store::flowScrollReversed, "flowScrollReversed", false},
-        {Store::Flag::flowScrollPaused, &Store::flowScrollPaused, "flowScrollPaused", false},
-    };
-    for (const Row &row : rows) {
-        RecordingPreferences preferences;
-        Store store(preferences);
-        const SignalCounter counter(store);
-        const bool before = (store.*row.read)();
-
-        store.toggle(row.flag);
-        EXPECT_EQ((store.*row.read)(), !before) << row.property;
-        EXPECT_EQ(preferences.writes.size(), row.stored ? 1 : 0) << row.property;
-        EXPECT_EQ((Store(preferences).*row.read)(), row.stored ? !before : before) << row.property;
-
-        store.toggle(row.flag);
-        EXPECT_EQ((store.*row.read)(), before) << row.property;
-        std::map<std::string, int> expectedSignals {{row.property, 2}};
-        if (row.stored)
-            expectedSignals["settings"] = 2;
-        EXPECT_EQ(counter.counts(), expectedSignals) << row.property;
-    }
-}
-
-TEST(CollageSlideshowSettingsStore, TakingWholeSettingsWritesOnceAndTellsEachChange)
-{
-    RecordingPreferences preferences;
-    Store store(preferences);
-    const SignalCounter counter(store);
-    CollageSlideshowSettings wanted = store.settings();
-    wanted.defaultLayout = CollageLayout::collage;
-    wanted.flowScrollSpeed = 36.0;
-
-    store.setSettings(wanted);
-    EXPECT_EQ(store.settings(), wanted);
-    ASSERT_EQ(preferences.writes.size(), 1);
-    EXPECT_EQ(preferences.keysOf(preferences.writes.front()), allKeys);
-    EXPECT_EQ(CollageSlideshowSettings::load(preferences), wanted);
-    const std::map<std::string, int> expectedSignals {{"defaultLayout", 1}, {"flowScrollSpeed", 1}, {"settings", 1}};
-    EXPECT_EQ(counter.counts(), expectedSignals);
 }
 
 TEST(CollageSlideshowSettingsStore, ChangesOutliveTheRunButPerRunFlagsDoNot)
@@ -363,28 +235,6 @@ TEST(CollageSlideshowSettingsStore, ChangesOutliveTheRunButPerRunFlagsDoNot)
     EXPECT_FALSE(store.flowScrollReversed());
     for (const QString &key : allKeys)
         EXPECT_TRUE(preferences.contains(key)) << key.toStdString();
-}
-
-TEST(CollageSlideshowSettingsStore, ABundlesSettingsPlayWithoutTouchingTheViewersOwn)
-{
-    RecordingPreferences viewers;
-    Store own(viewers);
-    own.setFlowScrollSpeed(9.0);
-    viewers.writes.clear();
-
-    BundlePlaybackPreferences playback;
-    playback.collageLayout = CollageLayout::scatter;
-    playback.flow.scrollSpeed = 64.0;
-    InMemoryPreferences forThisBundle;
-    Store bundle(forThisBundle);
-    bundle.setSettings(CollageSlideshowSettings::forBundle(playback, own.settings()));
-    bundle.toggle(Store::Flag::flowAutoCycleTiles);
-
-    EXPECT_EQ(bundle.defaultLayout(), CollageLayout::scatter);
-    EXPECT_EQ(bundle.flowScrollSpeed(), 64.0);
-    EXPECT_TRUE(viewers.writes.isEmpty());
-    EXPECT_EQ(Store(viewers).flowScrollSpeed(), 9.0);
-    EXPECT_EQ(Store(viewers).defaultLayout(), CollageLayout::flow);
 }
 
 } // namespace

@@ -79,47 +79,6 @@ TEST(CollageWallClock, ChangesEveryIntervalWithTheLayoutsShare)
     }
 }
 
-TEST(CollageWallClock, StaggeredSwapsSpreadEvenlyOverTheInterval)
-{
-    CollageWallSettings settings;
-    settings.flowTilesPerChange = 4;
-    settings.imageChangeInterval = 4.0;
-    CollageWallClock clock;
-    std::vector<Event> expected;
-    for (double at = 1; at <= 8; ++at)
-        expected.push_back({at, {1, 1, false}});
-    EXPECT_EQ(run(clock, settings, CollageLayout::flow, 8), expected);
-
-    // More swaps than ticks in an interval: several fall due on one tick.
-    settings.flowTilesPerChange = 5;
-    settings.imageChangeInterval = 1.0;
-    CollageWallClock busy;
-    EXPECT_EQ(
-        run(busy, settings, CollageLayout::flow, 1), (std::vector<Event> {{0.5, {2, 1, false}}, {1.0, {3, 1, false}}}));
-}
-
-TEST(CollageWallClock, AnInteractionHoldsChangesForTwoSeconds)
-{
-    CollageWallSettings settings;
-    CollageWallClock clock;
-    // 3 s accumulate, then the user clicks at 3.2: the ticks up to 5.0 do not count,
-    // so the change due at 4 comes at 6.
-    run(clock, settings, CollageLayout::scatter, 3);
-    EXPECT_DOUBLE_EQ(clock.imageClock(), 3.0);
-    clock.noteInteraction(3.2);
-    EXPECT_EQ(run(clock, settings, CollageLayout::scatter, 7, 3), (std::vector<Event> {{6, {1, 1, false}}}));
-
-    // An earlier interaction reported late does not move the latest back.
-    clock.noteInteraction(20.0);
-    clock.noteInteraction(10.0);
-    EXPECT_DOUBLE_EQ(clock.lastInteractionAt(), 20.0);
-    const double before = clock.imageClock();
-    EXPECT_EQ(clock.advance(0.5, 21.9, settings, CollageLayout::scatter), CollageWallClock::Due {});
-    EXPECT_DOUBLE_EQ(clock.imageClock(), before);
-    clock.advance(0.5, 22.0, settings, CollageLayout::scatter);
-    EXPECT_DOUBLE_EQ(clock.imageClock(), before + 0.5);
-}
-
 TEST(CollageWallClock, AZeroIntervalChangesOncePerTickAndNotANumberNever)
 {
     CollageWallSettings zero;

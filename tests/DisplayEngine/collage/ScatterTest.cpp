@@ -1,6 +1,6 @@
 #include "CollageTestItems.h"
-
 #include "bundle/Pcg32.h"
+#include "collage/ScatterDeck.h"
 #include "collage/ScatterPile.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +10,7 @@
 namespace sorvane {
 namespace {
 
+using collagetest::idsOf;
 using collagetest::makePool;
 
 QList<CollageDrop> pileOf(const QList<ImageItem> &items)
@@ -18,14 +19,6 @@ QList<CollageDrop> pileOf(const QList<ImageItem> &items)
     for (qsizetype i = 0; i < items.size(); ++i)
         pile.append({items[i], QPointF(0.2 + 0.05 * double(i), 0.5), double(i), 1.0});
     return pile;
-}
-
-QList<QUuid> order(const QList<CollageDrop> &pile)
-{
-    QList<QUuid> ids;
-    for (const CollageDrop &drop : pile)
-        ids.append(drop.item.id());
-    return ids;
 }
 
 TEST(ScatterPile, AppendingPutsTheDropOnTopAndTrimsFromTheBottom)
@@ -61,40 +54,6 @@ TEST(ScatterPile, AppendingPutsTheDropOnTopAndTrimsFromTheBottom)
     EXPECT_EQ(ScatterPile::appending({items[0], {}, 0, 1}, pileOf(items.mid(1, 12))).size(), ScatterPile::scatterMax);
 }
 
-TEST(ScatterPile, RaisingMovesOneDropToTheTop)
-{
-    const QList<ImageItem> items = makePool(5);
-    const QList<CollageDrop> pile = pileOf(items.first(4));
-    struct Case {
-        QUuid raised;
-        QList<int> expected; // indices into `items`, bottom first
-    };
-    const Case cases[] = {
-        {items[0].id(), {1, 2, 3, 0}}, {items[1].id(), {0, 2, 3, 1}}, {items[3].id(), {0, 1, 2, 3}}, // already on top
-        {items[4].id(), {0, 1, 2, 3}}, // not on the table
-    };
-    for (const Case &c : cases) {
-        QList<QUuid> expected;
-        for (int i : c.expected)
-            expected.append(items[i].id());
-        const QList<CollageDrop> raised = ScatterPile::raising(c.raised, pile);
-        EXPECT_EQ(order(raised), expected);
-        // The drop moves whole: position, rotation and scale go with it.
-        for (const CollageDrop &drop : raised)
-            EXPECT_TRUE(pile.contains(drop));
-    }
-    EXPECT_TRUE(ScatterPile::raising(items[0].id(), {}).isEmpty());
-}
-
-TEST(ScatterPile, LiftingTakesTheTopDropOff)
-{
-    const QList<ImageItem> items = makePool(3);
-    const QList<CollageDrop> pile = pileOf(items);
-    EXPECT_EQ(ScatterPile::lifting(pile), pile.first(2));
-    EXPECT_TRUE(ScatterPile::lifting(pile.first(1)).isEmpty());
-    EXPECT_TRUE(ScatterPile::lifting({}).isEmpty());
-}
-
 TEST(ScatterPile, DropsLandWithinTheTableWithBoundedTiltAndSize)
 {
     const QList<ImageItem> items = makePool(13);
@@ -122,40 +81,56 @@ TEST(ScatterPile, DropsLandWithinTheTableWithBoundedTiltAndSize)
     EXPECT_TRUE(tiltedRight);
 }
 
-TEST(ScatterPile, ANewDropKeepsClearOfThePhotosAlreadyDown)
+QList<QUuid> dealMany(ScatterDeck &deck, int count, Pcg32 &random, const QSet<QUuid> &onScreen = {})
 {
-    const QList<ImageItem> items = makePool(2);
-    struct Case {
-        QPointF existing;
-        double minDistance; // the best of 20 candidates is all but certainly this far away
-    };
-    const Case cases[] = {
-        {QPointF(0.16, 0.18), 0.5},
-        {QPointF(0.84, 0.82), 0.5},
-        {QPointF(0.16, 0.82), 0.5},
-        {QPointF(0.5, 0.5), 0.28},
-    };
-    for (const Case &c : cases) {
-        for (quint64 seed = 0; seed < 50; ++seed) {
-            Pcg32 random(seed);
-            const QList<CollageDrop> pile {{items[0], c.existing, 0.0, 1.0}};
-            const CollageDrop drop = ScatterPile::dropping(items[1], pile, random);
-            const QPointF d = drop.unit - c.existing;
-            EXPECT_GE(std::hypot(d.x(), d.y()), c.minDistance) << "seed " << seed;
+    QList<QUuid> dealt;
+    for (int i = 0; i < count; ++i) {
+        const std::optional<ImageItem> item = deck.deal(onScreen, random);
+        if (!item)
+            break;
+        dealt.append(item->id());
+    }
+    return dealt;
+}
+
+TEST(ScatterDeck, DealsEveryItemOnceBeforeAnyComesAgain)
+{
+    for (const int size : {1, 2, 7, 30}) {
+        const QList<ImageItem> pool = makePool(size);
+        ScatterDeck deck(pool);
+        Pcg32 random(7);
+        for (int round = 0; round < 3; ++round) {
+            const QList<QUuid> dealt = dealMany(deck, size, random);
+            EXPECT_EQ(QSet<QUuid>(dealt.cbegin(), dealt.cend()), idsOf(pool)) << "size " << size << ", round " << round;
         }
     }
 }
 
-TEST(ScatterPile, DroppingIsReproducibleFromTheSeed)
+TEST(ScatterDeck, KeepsItemsOnScreenOutOfTheDeal)
 {
-    const QList<ImageItem> items = makePool(4);
-    const QList<CollageDrop> pile = pileOf(items.first(3));
-    Pcg32 first(42);
-    Pcg32 second(42);
-    Pcg32 other(43);
-    const CollageDrop a = ScatterPile::dropping(items[3], pile, first);
-    EXPECT_EQ(a, ScatterPile::dropping(items[3], pile, second));
-    EXPECT_NE(a, ScatterPile::dropping(items[3], pile, other));
+    const QList<ImageItem> pool = makePool(6);
+    struct Case {
+        QList<int> onScreen;
+        int deals;
+    };
+    const Case cases[] = {
+        {{0, 1, 2}, 9},
+        {{0, 1, 2, 3, 4}, 5}, // one item left: dealt every time
+        {{5}, 12},
+    };
+    for (const Case &c : cases) {
+        QSet<QUuid> onScreen;
+        for (int i : c.onScreen)
+            onScreen.insert(pool[i].id());
+        for (quint64 seed = 0; seed < 20; ++seed) {
+            ScatterDeck deck(pool);
+            Pcg32 random(seed);
+            // Part of a round dealt first, so the deck runs out mid-deal.
+            dealMany(deck, int(seed % 6), random);
+            for (const QUuid &dealt : dealMany(deck, c.deals, random, onScreen))
+                EXPECT_FALSE(onScreen.contains(dealt)) << "seed " << seed;
+        }
+    }
 }
 
 } // namespace
