@@ -3,7 +3,6 @@ its windows, screenshots of every screen, its exit code and memory.
 
 Standard library only, so the suite runs wherever the player builds."""
 
-import datetime
 import hashlib
 import json
 import os
@@ -448,21 +447,6 @@ def png_bomb(width=50000, height=50000):
 def resume_path(data_home, bundle_id):
     digest = hashlib.sha256(bundle_id.encode()).hexdigest()
     return os.path.join(data_home, "SorvanePlayer", "resume", f"{digest}.json")
-
-
-def write_resume(data_home, bundle_id, item_index, style=None, raw=None):
-    """Puts the player's resume record in place, so a run starts at a chosen item."""
-    path = resume_path(data_home, bundle_id)
-    os.makedirs(os.path.dirname(path), exist_ok=True)
-    if raw is None:
-        record = {"bundle_id": bundle_id, "item_index": item_index,
-                  "saved_utc": datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")}
-        if style:
-            record["style"] = style
-        raw = json.dumps(record).encode()
-    with open(path, "wb") as out:
-        out.write(raw)
-    return path
 
 
 # --- a private session bus -------------------------------------------------------
