@@ -19,21 +19,6 @@
 namespace sorvane {
 namespace {
 
-TEST(CollageSource, ImageUrlsCarryAnyFileToTheProvider)
-{
-    const CollageSource source;
-    for (const QString &path : kPaths) {
-        SCOPED_TRACE(path.toStdString());
-        const QUrl file = QUrl::fromLocalFile(path);
-        const QString url = source.imageUrl(file);
-        ASSERT_TRUE(url.startsWith(QStringLiteral("image://collage/"))) << url.toStdString();
-        EXPECT_EQ(CollageImageProvider::parseId(idAsQmlSeesIt(url)), file);
-    }
-    for (const QUrl &unserved :
-        {QUrl(), QUrl(QStringLiteral("https://example.com/a.jpg")), QUrl(QStringLiteral("a.jpg"))})
-        EXPECT_EQ(source.imageUrl(unserved), QString()) << unserved.toString().toStdString();
-}
-
 TEST(CollageImageProvider, RejectsIdsItDidNotMake)
 {
     const QString ids[] = {

@@ -134,20 +134,6 @@ TEST_F(SlideImageDecoderTest, TurnsPicturesUprightBeforeScalingThem)
     }
 }
 
-TEST_F(SlideImageDecoderTest, AppliesTheFilter)
-{
-    const QString path = write(QStringLiteral("colour.png"), encoded(halves({64, 32}), "png"));
-    const SlideDecodeResult result
-        = SlideImageDecoder::decode({path, {32, 32}, ImageScalingMode::fitToScreen, ImageFilter::blackAndWhite});
-    ASSERT_TRUE(result.ok()) << result.error.toStdString();
-    for (const QPoint p : {QPoint(2, 8), QPoint(29, 8)}) {
-        const QRgb pixel = result.image.pixel(p);
-        EXPECT_EQ(qRed(pixel), qGreen(pixel));
-        EXPECT_EQ(qGreen(pixel), qBlue(pixel));
-    }
-    EXPECT_NE(result.image.pixel(2, 8), result.image.pixel(29, 8));
-}
-
 struct BrokenCase {
     const char *name;
     const char *fileName;
@@ -213,13 +199,6 @@ TEST_F(SlideImageDecoderTest, LargeSequentialJpegsStreamAtTheirDecodedSize)
     ASSERT_TRUE(result.ok()) << result.error.toStdString();
     EXPECT_EQ(result.image.size(), QSize(400, 300));
     EXPECT_EQ(result.sourceSize, QSize(12000, 9000));
-}
-
-TEST_F(SlideImageDecoderTest, ADirectoryIsNoPicture)
-{
-    const SlideDecodeResult result = SlideImageDecoder::decode({dir.path(), {100, 100}});
-    EXPECT_FALSE(result.ok());
-    EXPECT_FALSE(result.error.isEmpty());
 }
 
 } // namespace

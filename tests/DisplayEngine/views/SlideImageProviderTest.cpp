@@ -42,13 +42,6 @@ TEST(SlideImageProvider, IdsCarryAnyPathThroughAnImageUrl)
     }
 }
 
-TEST(SlideImageProvider, IdsStartWithTheWireValues)
-{
-    EXPECT_TRUE(
-        SlideImageProvider::imageId(QStringLiteral("/a.jpg"), ImageScalingMode::fillScreen, ImageFilter::blackAndWhite)
-            .startsWith(QStringLiteral("black_and_white/fill_screen/")));
-}
-
 TEST(SlideImageProvider, RejectsIdsItDidNotMake)
 {
     const char *ids[] = {
@@ -68,23 +61,6 @@ TEST(SlideImageProvider, RejectsIdsItDidNotMake)
     };
     for (const char *id : ids)
         EXPECT_EQ(SlideImageProvider::parseId(QString::fromLatin1(id), {100, 100}), std::nullopt) << id;
-}
-
-TEST(SlideSource, BuildsUrlsTheProviderUnderstands)
-{
-    const SlideSource source;
-    for (const QString &path : kPaths) {
-        SCOPED_TRACE(path.toStdString());
-        const QString url
-            = source.imageUrl(QUrl::fromLocalFile(path), QStringLiteral("fill_screen"), QStringLiteral("vintage"));
-        ASSERT_TRUE(url.startsWith(QStringLiteral("image://slide/"))) << url.toStdString();
-        EXPECT_EQ(QUrl(url).host(), QStringLiteral("slide"));
-        const auto request = SlideImageProvider::parseId(idAsQmlSeesIt(url), {});
-        ASSERT_TRUE(request);
-        EXPECT_EQ(request->path, path);
-        EXPECT_EQ(request->scaling, ImageScalingMode::fillScreen);
-        EXPECT_EQ(request->filter, ImageFilter::vintage);
-    }
 }
 
 TEST(SlideSource, GivesNoUrlForWhatItCannotServe)
