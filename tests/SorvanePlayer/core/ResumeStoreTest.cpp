@@ -83,33 +83,6 @@ TEST_F(ResumeStoreTest, FileNameIsTheHashOfTheId)
     EXPECT_EQ(store.filePath(id), pathFor(id));
 }
 
-TEST_F(ResumeStoreTest, OneFilePerBundleIdReplacedInPlace)
-{
-    ASSERT_TRUE(store.save({QStringLiteral("a"), 3, savedAt, std::nullopt}));
-    ASSERT_TRUE(store.save({QStringLiteral("b"), 4, savedAt, std::nullopt}));
-    ASSERT_TRUE(store.save({QStringLiteral("a"), 5, savedAt, QStringLiteral("classic")}));
-
-    EXPECT_EQ(entries(folder).size(), 2);
-    EXPECT_EQ(store.load(QStringLiteral("a"))->itemIndex, 5);
-    EXPECT_EQ(store.load(QStringLiteral("a"))->style, QStringLiteral("classic"));
-    EXPECT_EQ(store.load(QStringLiteral("b"))->itemIndex, 4);
-}
-
-TEST_F(ResumeStoreTest, MissingOrEmptyIdNeitherLoadsNorWrites)
-{
-    for (const std::optional<QString> &id : {std::optional<QString>(), std::optional<QString>(QString())}) {
-        EXPECT_FALSE(store.load(id));
-        EXPECT_FALSE(store.save({id, 2, savedAt, std::nullopt}));
-    }
-    EXPECT_TRUE(entries(tmp.path()).isEmpty());
-}
-
-TEST_F(ResumeStoreTest, RecordThatCouldNotBeReadBackIsNotSaved)
-{
-    EXPECT_FALSE(store.save({QStringLiteral("a"), 2, QDateTime(), std::nullopt}));
-    EXPECT_TRUE(entries(tmp.path()).isEmpty());
-}
-
 TEST_F(ResumeStoreTest, HandWrittenFilesLoadOnlyWhenWellFormed)
 {
     const struct {
@@ -159,32 +132,11 @@ TEST_F(ResumeStoreTest, FilesLargerThanTheLimitAreRefused)
     }
 }
 
-TEST_F(ResumeStoreTest, FolderWhereTheFileShouldBe)
-{
-    ASSERT_TRUE(QDir().mkpath(pathFor(QStringLiteral("id"))));
-    EXPECT_FALSE(store.load(QStringLiteral("id")));
-    EXPECT_FALSE(store.save({QStringLiteral("id"), 1, savedAt, std::nullopt}));
-}
-
 TEST_F(ResumeStoreTest, SaveFailsWhenTheFolderCannotBeCreated)
 {
     ASSERT_TRUE(writeRaw(tmp.path() + QStringLiteral("/SorvanePlayer"), "in the way"));
     EXPECT_FALSE(store.save({QStringLiteral("id"), 1, savedAt, std::nullopt}));
     EXPECT_FALSE(store.load(QStringLiteral("id")));
-}
-
-TEST(ResumeStore, CurrentUserFolderIsUnderTheDataFolder)
-{
-    QTemporaryDir home;
-    const std::optional<QByteArray> previous
-        = qEnvironmentVariableIsSet("XDG_DATA_HOME") ? std::optional(qgetenv("XDG_DATA_HOME")) : std::nullopt;
-    qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
-    const QString folder = ResumeStore::forCurrentUser().folder();
-    if (previous)
-        qputenv("XDG_DATA_HOME", *previous);
-    else
-        qunsetenv("XDG_DATA_HOME");
-    EXPECT_EQ(folder, home.path() + QStringLiteral("/SorvanePlayer/resume"));
 }
 
 TEST(ResumeRecord, StartPositionOnlyInsideThePlayOrder)
