@@ -1,5 +1,7 @@
 #include "collage/CollageSlideshowSettings.h"
 #include "bundle/BundlePlaybackPreferences.h"
+#include "bundle/BundleWireValues.h"
+#include "collage/CollageLayout.h"
 #include "slideshow/InMemoryPreferences.h"
 
 #include <gtest/gtest.h>
@@ -164,6 +166,17 @@ TEST(CollageSlideshowSettings, ABundleGivesItsLayoutAndFlowValuesOverTheViewersO
     EXPECT_EQ(t.flowTilesPerChange, 5);
     EXPECT_EQ(t.flowScrollSpeed, 9.0);
     EXPECT_EQ(t.flowColumnAdjustment, 0);
+}
+
+TEST(CollageEnums, StoredAndManifestWordsForTheVariedWallDiffer)
+{
+    // Stored settings say "collage", manifests say "varied": each reader only knows its own word.
+    EXPECT_EQ(toRaw(CollageLayout::collage), QStringLiteral("collage"));
+    EXPECT_EQ(toWire(CollageLayout::collage), QStringLiteral("varied"));
+    EXPECT_EQ(fromWire<CollageLayout>(QStringLiteral("varied")), CollageLayout::collage);
+    EXPECT_EQ(fromWire<CollageLayout>(QStringLiteral("collage")), std::nullopt);
+    for (const char *raw : {"varied", "Collage", " flow", ""})
+        EXPECT_EQ(fromRaw<CollageLayout>(QString::fromUtf8(raw)), std::nullopt) << raw;
 }
 
 } // namespace

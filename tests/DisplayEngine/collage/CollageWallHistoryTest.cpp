@@ -51,50 +51,6 @@ TEST(CollageWallHistory, KeepsTheNewestBatchesUpToItsDepth)
     EXPECT_EQ(CollageWallHistory().depth(), 8);
 }
 
-TEST(CollageWallHistory, StepsBackAndForwardBatchByBatch)
-{
-    CollageWallHistory history;
-    for (uint n : {10u, 20u, 30u}) {
-        history.beginBatch();
-        history.record(swapAt(0, n));
-        history.record(swapAt(1, n + 5));
-    }
-    const Batch third {swapAt(0, 30), swapAt(1, 35)};
-    const Batch second {swapAt(0, 20), swapAt(1, 25)};
-
-    EXPECT_EQ(history.stepBack(), third);
-    EXPECT_EQ(history.stepBack(), second);
-    EXPECT_EQ(history.batches().size(), 1);
-    EXPECT_EQ(history.forwardBatches(), QList<Batch>({third, second}));
-
-    EXPECT_EQ(history.stepForward(), second);
-    EXPECT_EQ(history.stepForward(), third);
-    EXPECT_EQ(history.stepForward(), std::nullopt);
-    EXPECT_EQ(history.batches().size(), 3);
-
-    EXPECT_TRUE(history.stepBack());
-    EXPECT_TRUE(history.stepBack());
-    EXPECT_TRUE(history.stepBack());
-    EXPECT_EQ(history.stepBack(), std::nullopt);
-    EXPECT_TRUE(history.batches().isEmpty());
-}
-
-TEST(CollageWallHistory, ANewChangeDropsWhatWasSteppedBackOver)
-{
-    CollageWallHistory history;
-    history.record(swapAt(0, 10));
-    history.beginBatch();
-    history.record(swapAt(0, 20));
-    ASSERT_TRUE(history.stepBack());
-
-    history.record(swapAt(0, 30)); // joins the remaining batch, not a new change
-    EXPECT_EQ(history.forwardBatches().size(), 1);
-
-    history.beginBatch();
-    EXPECT_TRUE(history.forwardBatches().isEmpty());
-    EXPECT_EQ(history.stepForward(), std::nullopt);
-}
-
 TEST(CollageSlotHistory, StepsThroughOneSlotsEarlierAndLaterItems)
 {
     CollageSlotHistory history;

@@ -1,10 +1,14 @@
-#include "CollageTestItems.h"
-
-#include "collage/CollageVariedTemplate.h"
 #include "collage/CollageWall.h"
+#include "CollageTestItems.h"
+#include "bundle/Pcg32.h"
+#include "collage/CollageAnimation.h"
+#include "collage/CollageCoordinator.h"
+#include "collage/CollageVariedTemplate.h"
 
 #include <gtest/gtest.h>
 
+#include <QSet>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -218,6 +222,96 @@ TEST(CollageWall, AFollowerOutlivingItsCoordinatorStaysUsable)
     EXPECT_TRUE(follower.stepSlot(0, CollageWallStep::forward));
     follower.setRole(CollageRole::mirrorLeader);
     EXPECT_TRUE(follower.advance());
+}
+
+TEST(CollageVariedTemplate, EveryVariantTilesTheUnitSquare)
+{
+    for (int variant = 0; variant < CollageVariedTemplate::variantCount; ++variant) {
+        const QList<QRectF> rects = CollageVariedTemplate::variant(variant);
+        double area = 0;
+        for (qsizetype i = 0; i < rects.size(); ++i) {
+            area += rects[i].width() * rects[i].height();
+            EXPECT_GE(rects[i].left(), -1e-12);
+            EXPECT_GE(rects[i].top(), -1e-12);
+            EXPECT_LE(rects[i].right(), 1 + 1e-12);
+            EXPECT_LE(rects[i].bottom(), 1 + 1e-12);
+            for (qsizetype j = i + 1; j < rects.size(); ++j) {
+                const QRectF overlap = rects[i].intersected(rects[j]);
+                EXPECT_LT(overlap.width() * overlap.height(), 1e-12) << variant << ": " << i << " and " << j;
+            }
+        }
+        EXPECT_NEAR(area, 1.0, 1e-12) << variant;
+    }
+}
+
+TEST(CollageVariedTemplate, ReshuffleAlwaysPicksAnotherVariantAndReachesThemAll)
+{
+    Pcg32 random(3);
+    for (const int current : {0, 1, 2, 3, 6, -1}) {
+        QSet<int> reached;
+        for (int i = 0; i < 100; ++i) {
+            const int next = CollageVariedTemplate::nextVariant(current, random);
+            EXPECT_NE(next, CollageVariedTemplate::normalized(current));
+            EXPECT_GE(next, 0);
+            EXPECT_LT(next, CollageVariedTemplate::variantCount);
+            reached.insert(next);
+        }
+        EXPECT_EQ(reached.size(), CollageVariedTemplate::variantCount - 1) << current;
+    }
+}
+
+TEST(CollageCoordinator, FollowersThatJoinOrLeaveDoNotStrandABroadcast)
+{
+    CollageCoordinator coordinator;
+    // Published before any follower: it waits for the first one.
+    coordinator.broadcast({}, {}, 1, CollageMutationKind::advanceSlot);
+    const auto late = coordinator.attachFollower();
+    EXPECT_EQ(coordinator.consume(late)->seq, 1);
+    EXPECT_EQ(coordinator.consume(late), std::nullopt) << "once only";
+    EXPECT_EQ(coordinator.consume(12345), std::nullopt);
+    EXPECT_EQ(coordinator.mirror(), std::nullopt);
+
+    // A follower that leaves without taking it does not hold it up for the others.
+    const auto leaving = coordinator.attachFollower();
+    coordinator.broadcast({}, {}, 2, CollageMutationKind::advanceSlot);
+    EXPECT_TRUE(coordinator.consume(late));
+    EXPECT_TRUE(coordinator.mirror());
+    coordinator.detachFollower(leaving);
+    EXPECT_EQ(coordinator.mirror(), std::nullopt);
+
+    // One that joins while a broadcast is pending for others takes it too.
+    coordinator.broadcast({}, {}, 3, CollageMutationKind::advanceSlot);
+    const auto joining = coordinator.attachFollower();
+    EXPECT_TRUE(coordinator.consume(late));
+    EXPECT_TRUE(coordinator.mirror());
+    EXPECT_EQ(coordinator.consume(joining)->seq, 3);
+    EXPECT_EQ(coordinator.mirror(), std::nullopt);
+
+    // The last follower leaving before anyone took it leaves it for the next to join.
+    coordinator.detachFollower(late);
+    coordinator.detachFollower(joining);
+    coordinator.broadcast({}, {}, 4, CollageMutationKind::advanceSlot);
+    EXPECT_TRUE(coordinator.mirror());
+    EXPECT_EQ(coordinator.consume(coordinator.attachFollower())->seq, 4);
+}
+
+TEST(CollageAnimation, FollowersAnimateByTheKindOfChange)
+{
+    using Curve = CollageAnimation::Curve;
+    struct Case {
+        CollageMutationKind kind;
+        CollageAnimation expected;
+    };
+    const Case cases[] = {
+        {CollageMutationKind::advanceSlot, {Curve::none, 0.0, 0.0, 0.0}},
+        {CollageMutationKind::reshuffleVariant, {Curve::easeInOut, 0.7, 0.0, 0.0}},
+        {CollageMutationKind::scatterDrop, {Curve::easeInOut, 0.9, 0.0, 0.0}},
+        {CollageMutationKind::reorderDrop, {Curve::spring, 0.0, 0.45, 0.7}},
+        {static_cast<CollageMutationKind>(17), {Curve::easeInOut, 0.2, 0.0, 0.0}},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(CollageAnimation::mirrored(c.kind), c.expected) << int(c.kind);
+    EXPECT_EQ(CollageAnimation::scatterDrop(), (CollageAnimation {Curve::spring, 0.0, 0.45, 0.7}));
 }
 
 } // namespace

@@ -52,26 +52,6 @@ TEST(FlowGeometry, ColumnCountRoundsHalvesAwayAdjustsAndClamps)
     }
 }
 
-TEST(FlowGeometry, TilesPerStrip)
-{
-    struct Case {
-        double mainExtent;
-        double thickness;
-        FlowOrientation orientation;
-        std::optional<int> expected;
-    };
-    const Case cases[] = {
-        {1080, 376.8, vertical, 8}, // estimate 301.44
-        {1920, 352, horizontal, 10},
-        {800, 400, horizontal, 6}, // an exact fit adds nothing
-        {100, 0.5, vertical, 104}, // the estimate is never below 1 point
-        {0, 300, vertical, 4},
-        {1e12, 1, vertical, std::nullopt},
-    };
-    for (const Case &c : cases)
-        EXPECT_EQ(FlowGeometry::tilesPerStrip(c.mainExtent, c.thickness, c.orientation), c.expected) << c.mainExtent;
-}
-
 TEST(FlowGeometry, TileLengthFollowsAspectAndOrientation)
 {
     struct Case {
@@ -88,24 +68,6 @@ TEST(FlowGeometry, TileLengthFollowsAspectAndOrientation)
     };
     for (const Case &c : cases)
         EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(c.aspect, 300, c.orientation), c.expected) << c.aspect;
-}
-
-TEST(FlowGeometry, WrapStaysInsideTheCycle)
-{
-    struct Case {
-        double value;
-        double cycle;
-        double expected;
-    };
-    const Case cases[] = {
-        {25, 10, 5}, {-1, 10, 9}, {-30, 10, 0}, {5, 0, 0}, {5, -10, 0},
-        {-1e-17, 10, 0}, // would round up to the cycle itself
-    };
-    for (const Case &c : cases) {
-        const double wrapped = FlowGeometry::wrap(c.value, c.cycle);
-        EXPECT_DOUBLE_EQ(wrapped, c.expected) << c.value;
-        EXPECT_GE(wrapped, 0);
-    }
 }
 
 FlowLayoutInput layout(double width, double height, qint64 adjustment = 0, FlowOrientation orientation = vertical,
@@ -304,13 +266,10 @@ TEST(FlowScrollClock, HoldsFreezeTheOffsetAndRunningResumesFromIt)
     const auto wall = FlowScrollHold::wall;
     const Case cases[] = {
         {"paused from 5 to 8", {{5, Do::hold}, {8, Do::release}}, 10, 90 + 36},
-        {"still paused", {{5, Do::hold}}, 1000, 90},
         {"one of two reasons ends", {{5, Do::hold, pointer}, {6, Do::hold, wall}, {7, Do::release, pointer}}, 10, 90},
         {"both reasons end",
             {{5, Do::hold, pointer}, {6, Do::hold, wall}, {7, Do::release, pointer}, {9, Do::release, wall}}, 10, 108},
         {"speed change while paused", {{5, Do::hold}, {6, Do::speed, user, 36}, {7, Do::release}}, 8, 90 + 36},
-        {"holding twice for one reason", {{5, Do::hold}, {6, Do::hold}, {7, Do::release}}, 8, 108},
-        {"release without a hold", {{3, Do::release}}, 4, 72},
     };
     for (const Case &c : cases) {
         FlowScrollClock clock(0);
