@@ -107,30 +107,6 @@ TEST(PlayerControlsModel, EachButtonsNamedInvokableReachesItsHandler)
 
 // ---- visibility rule ----
 
-TEST(ControlsVisibility, RecentMovementOrTheStripKeepsThePanelUp)
-{
-    struct Row {
-        std::optional<double> lastMovement;
-        bool onStrip;
-        double now;
-        bool expected;
-    };
-    const std::vector<Row> rows {
-        {std::nullopt, false, 0.0, false},
-        {std::nullopt, true, 1000.0, true},
-        {10.0, false, 10.0, true},
-        {10.0, false, 12.999, true},
-        {10.0, false, 13.0, false},
-        {10.0, false, 500.0, false},
-        {10.0, true, 500.0, true},
-    };
-    for (const Row &row : rows) {
-        const ControlsVisibility visibility {row.lastMovement, row.onStrip};
-        EXPECT_EQ(visibility.wantsVisible(row.now), row.expected)
-            << row.lastMovement.value_or(-1) << " " << row.onStrip << " " << row.now;
-    }
-}
-
 // ---- controller ----
 
 class PlayerControlsController : public ::testing::Test {
@@ -211,22 +187,6 @@ TEST_F(PlayerControlsController, ThePointerRestingOnTheStripKeepsItShown)
     EXPECT_TRUE(model.isVisible());
     EXPECT_FALSE(controller->visibility().pointerOnStrip);
     time.advance(0.35);
-    EXPECT_FALSE(model.isVisible());
-    EXPECT_EQ(*visibleChanges, 2);
-}
-
-TEST_F(PlayerControlsController, AStripPlacedUnderTheRestingPointerHoldsTheShownPanel)
-{
-    const auto controller = start();
-    time.advance(0.5);
-    pointer = QPointF(2500.0, 950.0);
-    time.advance(1.0);
-    ASSERT_TRUE(model.isVisible());
-    controller->setStripRect(QRectF(2200.0, 900.0, 700.0, 100.0));
-    time.advance(20.0);
-    EXPECT_TRUE(model.isVisible());
-
-    controller->setStripRect(QRectF()); // panel moved away from the pointer
     EXPECT_FALSE(model.isVisible());
     EXPECT_EQ(*visibleChanges, 2);
 }
