@@ -177,6 +177,10 @@ TEST(CollageEnums, StoredAndManifestWordsForTheVariedWallDiffer)
     EXPECT_EQ(fromWire<CollageLayout>(QStringLiteral("collage")), std::nullopt);
     for (const char *raw : {"varied", "Collage", " flow", ""})
         EXPECT_EQ(fromRaw<CollageLayout>(QString::fromUtf8(raw)), std::nullopt) << raw;
+    // The menu's words.
+    EXPECT_EQ(label(CollageLayout::collage), QStringLiteral("Varied"));
+    EXPECT_EQ(label(CollageLayout::flow), QStringLiteral("Flow"));
+    EXPECT_EQ(label(CollageLayout::scatter), QStringLiteral("Scatter"));
 }
 
 } // namespace

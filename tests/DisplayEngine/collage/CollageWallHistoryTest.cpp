@@ -74,6 +74,13 @@ TEST(CollageSlotHistory, StepsThroughOneSlotsEarlierAndLaterItems)
 
     EXPECT_TRUE(history.earlier(0).isEmpty());
     EXPECT_EQ(history.stepBack(0, id(9)), std::nullopt);
+
+    // Each slot remembers a bounded number of items, the newest.
+    for (uint n = 1; n <= 30; ++n)
+        history.pushOutgoing(0, id(n));
+    ASSERT_EQ(history.earlier(0).size(), CollageSlotHistory::slotHistoryDepth);
+    EXPECT_EQ(history.earlier(0).last(), id(30));
+    EXPECT_TRUE(history.earlier(7).isEmpty()) << "a slot out of range is ignored";
 }
 
 } // namespace

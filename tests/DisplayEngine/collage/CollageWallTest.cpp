@@ -214,6 +214,18 @@ TEST(CollageWall, FollowersCopyEachOfTheLeadersChanges)
     EXPECT_TRUE(first.slotHistory().earlier(0).contains(leavingSlot0));
 }
 
+TEST(CollageWall, AnEmptyPoolMakesAnEmptyWallThatNeverChanges)
+{
+    for (const CollageLayout layout : allCollageLayouts) {
+        CollageWall empty(layout, {}, 0, 1);
+        empty.seedFlow(stripsOf(6, 2), 800, 600, 2, FlowOrientation::vertical);
+        EXPECT_TRUE(empty.state().slots.isEmpty() && empty.state().drops.isEmpty());
+        EXPECT_FALSE(empty.advance() || empty.dropNext() || empty.step(CollageWallStep::back));
+    }
+    // A pool smaller than the wall repeats items rather than leaving slots empty.
+    EXPECT_EQ(CollageWall(varied, makePool(2), 0, 1).state().slots.size(), CollageVariedTemplate::slotCount);
+}
+
 TEST(CollageWall, AFollowerOutlivingItsCoordinatorStaysUsable)
 {
     auto coordinator = std::make_unique<CollageCoordinator>();

@@ -54,6 +54,17 @@ TEST(ScatterPile, AppendingPutsTheDropOnTopAndTrimsFromTheBottom)
     EXPECT_EQ(ScatterPile::appending({items[0], {}, 0, 1}, pileOf(items.mid(1, 12))).size(), ScatterPile::scatterMax);
 }
 
+TEST(ScatterPile, RaisingAndLiftingMoveWholeDrops)
+{
+    const QList<CollageDrop> pile = pileOf(makePool(4));
+    // Raised to the top with its place, tilt and size; what is on top or not on the table stays.
+    EXPECT_EQ(ScatterPile::raising(pile[1].item.id(), pile), QList<CollageDrop>({pile[0], pile[2], pile[3], pile[1]}));
+    EXPECT_EQ(ScatterPile::raising(pile[3].item.id(), pile), pile);
+    EXPECT_EQ(ScatterPile::raising(QUuid::createUuid(), pile), pile);
+    EXPECT_EQ(ScatterPile::lifting(pile), pile.first(3));
+    EXPECT_TRUE(ScatterPile::lifting({}).isEmpty());
+}
+
 TEST(ScatterPile, DropsLandWithinTheTableWithBoundedTiltAndSize)
 {
     const QList<ImageItem> items = makePool(13);
