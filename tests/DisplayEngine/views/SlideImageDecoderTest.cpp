@@ -180,6 +180,10 @@ TEST_F(SlideImageDecoderTest, RefusesWhatCannotOrMustNotBeShown)
         else
             EXPECT_NE(result.error.toStdString(), "image is too large to show");
     }
+    // A folder where a picture should be.
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("folder.jpg")));
+    EXPECT_FALSE(
+        SlideImageDecoder::decode({dir.filePath(QStringLiteral("folder.jpg")), {1920, 1080}, fitToScreen}).ok());
 }
 
 TEST_F(SlideImageDecoderTest, LargeSequentialJpegsStreamAtTheirDecodedSize)
