@@ -81,6 +81,12 @@ TEST(PlayerControlsModel, ButtonsInPanelOrderFollowPauseAndStyle)
 
 TEST(PlayerControlsModel, EachButtonsNamedInvokableReachesItsHandler)
 {
+    // Buttons pressed before the handlers are set do nothing.
+    PlayerControlsModel bare;
+    for (const ControlButton &button : bare.buttons())
+        bare.perform(button.action);
+    bare.chooseStyle(QStringLiteral("classic"));
+
     // Exactly what a QML button does with its entry.
     PlayerControlsModel model;
     const auto calls = recordHandlers(model);

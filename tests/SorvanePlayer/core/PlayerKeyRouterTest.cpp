@@ -55,6 +55,8 @@ TEST(PlayerKeyRouter, HandledKeysCallTheirHandlerExactlyOnce)
         {"W", Qt::Key_W, command, ""},
     };
     for (const KeyCase &row : table) {
+        // A player key is swallowed even before any handler is set, and calls nothing.
+        EXPECT_EQ(PlayerKeyRouter().handleKey(row.key, row.modifiers), !row.call.empty()) << row.name;
         PlayerKeyRouter router;
         std::vector<std::string> calls;
         router.onExit = [&] { calls.push_back("exit"); };
