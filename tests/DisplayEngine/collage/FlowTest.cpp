@@ -1,13 +1,11 @@
-// The Flow wall's pieces: geometry, seeding, strips, scrolling, pointer pause and auto-cycling.
+// The Flow wall's pieces: geometry, seeding, strips, scrolling and auto-cycling.
 #include "collage/FlowAutoCycle.h"
 #include "collage/FlowColumnBuilder.h"
 #include "collage/FlowGeometry.h"
-#include "collage/FlowPointerPause.h"
 #include "collage/FlowScrollClock.h"
 #include "collage/FlowScroller.h"
 #include "collage/FlowSeeder.h"
 #include "collage/FlowTuning.h"
-#include "support/FakeTime.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +16,6 @@
 
 namespace sorvane {
 namespace {
-
-using test::FakeTime;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double inf = std::numeric_limits<double>::infinity();
@@ -282,42 +278,6 @@ TEST(FlowScrollClock, HoldsFreezeTheOffsetAndRunningResumesFromIt)
                 clock.setSpeed(event.speed, event.at);
         }
         EXPECT_DOUBLE_EQ(clock.offset(c.probeAt), c.expected) << c.what;
-    }
-}
-
-void advanceTo(FakeTime &time, double at)
-{
-    time.advance(at - time.monotonicSeconds());
-}
-
-TEST(FlowPointerPause, MovementPausesScrollingUntilThePointerRests)
-{
-    struct Case {
-        const char *what;
-        double pause;
-        std::vector<double> moves;
-        double probeAt;
-        double expected; // offset at 18 points per second
-    };
-    const Case cases[] = {
-        {"after the pause", 0.5, {1.0}, 3.0, 18 * (1 + 1.5)},
-        {"a later movement restarts the wait", 0.5, {1.0, 1.3}, 3.0, 18 * (1 + 1.2)},
-        {"pause 0 never stops the scroll", 0, {1.0, 1.3, 2.0}, 3.0, 54},
-        {"a negative pause counts as 0", -1, {1.0}, 3.0, 54},
-        {"not a number counts as 0.5", std::numeric_limits<double>::quiet_NaN(), {1.0}, 3.0, 45},
-        {"held at 5 seconds, then runs", 7, {1.0}, 8.0, 18 + 36},
-    };
-    for (const Case &c : cases) {
-        FakeTime time;
-        FlowScrollClock scroll(0);
-        FlowPointerPause pause(time, time, scroll, c.pause);
-        for (const double at : c.moves) {
-            advanceTo(time, at);
-            pause.pointerMoved();
-        }
-        EXPECT_LE(time.pendingTimers(), 1u) << c.what; // a newer movement replaces the wait
-        advanceTo(time, c.probeAt);
-        EXPECT_NEAR(scroll.offset(time.monotonicSeconds()), c.expected, 1e-9) << c.what;
     }
 }
 
