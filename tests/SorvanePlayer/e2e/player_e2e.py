@@ -144,10 +144,6 @@ class PlayerTestCase(unittest.TestCase):
         shutil.copy2(executable("SorvanePlayer"), target)
         return target
 
-    def screenshot(self, x, screen, name):
-        path = os.path.join(self.artifacts, f"{name}-screen{screen}.png") if self.artifacts else None
-        return x.screenshot(screen, path)
-
     def wait_for_screen(self, x, screen, name, check, what, timeout=8):
         """Takes screenshots until one passes check; it is kept under name."""
         def passing():
