@@ -63,6 +63,18 @@ TEST(CollageSlideshowSettingsStore, ChangingOneFieldWritesAllKeysOnceAndNotifies
         {"flowScrollSpeed", [](Store &s) { s.setFlowScrollSpeed(100.0); }, "collage.flowScrollSpeed", 100.0},
         {"flowAutoCycleTiles", [](Store &s) { s.toggle(Store::Flag::flowAutoCycleTiles); },
             "collage.flowAutoCycleTiles", true},
+        {"variedLayoutInterval", [](Store &s) { s.setVariedLayoutInterval(120.0); }, "collage.variedLayoutInterval",
+            120.0},
+        {"flowOrientation", [](Store &s) { s.setFlowOrientation(FlowOrientation::horizontal); },
+            "collage.flowOrientation", QStringLiteral("horizontal")},
+        {"shuffleVariedLayout", [](Store &s) { s.toggle(Store::Flag::shuffleVariedLayout); },
+            "collage.shuffleVariedLayout", false},
+        {"flowStaggerSwaps", [](Store &s) { s.toggle(Store::Flag::flowStaggerSwaps); }, "collage.flowStaggerSwaps",
+            false},
+        {"flowInfiniteScroll", [](Store &s) { s.toggle(Store::Flag::flowInfiniteScroll); },
+            "collage.flowInfiniteScroll", false},
+        {"flowScrollBidirectional", [](Store &s) { s.toggle(Store::Flag::flowScrollBidirectional); },
+            "collage.flowScrollBidirectional", false},
         {"flowScrollPointerPause", [](Store &s) { s.selectFlowScrollPointerPause(QStringLiteral("Long")); },
             "collage.flowScrollPointerPause", 5.0},
     };
@@ -86,10 +98,21 @@ TEST(CollageSlideshowSettingsStore, ChangingOneFieldWritesAllKeysOnceAndNotifies
     store.setFlowScrollSpeed(store.flowScrollSpeed());
     EXPECT_EQ(preferences.writes.size(), 1);
     EXPECT_EQ(settings.count(), 0);
+    // Whole settings are written once, and each changed member is told.
+    CollageSlideshowSettings wanted = store.settings();
+    wanted.defaultLayout = CollageLayout::collage;
+    wanted.showTileHoverControls = false;
+    QSignalSpy layout(&store, &Store::defaultLayoutChanged);
+    store.setSettings(wanted);
+    EXPECT_EQ(store.settings(), wanted);
+    EXPECT_EQ(CollageSlideshowSettings::load(preferences), wanted);
+    EXPECT_EQ(preferences.writes.size(), 2);
+    EXPECT_EQ(layout.count(), 1);
+    EXPECT_EQ(settings.count(), 1);
     // Unknown labels change nothing.
     EXPECT_FALSE(store.selectFlowScrollSpeed(QStringLiteral("fast")));
     EXPECT_FALSE(store.selectFlowScrollPointerPause(QStringLiteral("Long ")));
-    EXPECT_EQ(preferences.writes.size(), 1);
+    EXPECT_EQ(preferences.writes.size(), 2);
 }
 
 TEST(CollageSlideshowSettingsStore, AdjustingColumnsStaysWithinSixEitherWay)

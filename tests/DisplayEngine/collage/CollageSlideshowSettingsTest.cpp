@@ -177,7 +177,11 @@ TEST(CollageEnums, StoredAndManifestWordsForTheVariedWallDiffer)
     EXPECT_EQ(fromWire<CollageLayout>(QStringLiteral("collage")), std::nullopt);
     for (const char *raw : {"varied", "Collage", " flow", ""})
         EXPECT_EQ(fromRaw<CollageLayout>(QString::fromUtf8(raw)), std::nullopt) << raw;
+    EXPECT_EQ(fromRaw<FlowOrientation>(QStringLiteral("Horizontal")), std::nullopt);
+    EXPECT_EQ(fromRaw<FlowWeightMode>(QStringLiteral("weighted")), FlowWeightMode::weighted);
     // The menu's words.
+    EXPECT_EQ(label(FlowOrientation::vertical), QStringLiteral("Vertical"));
+    EXPECT_EQ(label(FlowOrientation::horizontal), QStringLiteral("Horizontal"));
     EXPECT_EQ(label(CollageLayout::collage), QStringLiteral("Varied"));
     EXPECT_EQ(label(CollageLayout::flow), QStringLiteral("Flow"));
     EXPECT_EQ(label(CollageLayout::scatter), QStringLiteral("Scatter"));

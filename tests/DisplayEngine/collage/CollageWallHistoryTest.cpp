@@ -49,6 +49,15 @@ TEST(CollageWallHistory, KeepsTheNewestBatchesUpToItsDepth)
         EXPECT_EQ(kept, c.kept) << "depth " << c.depth << ", batches " << c.batches;
     }
     EXPECT_EQ(CollageWallHistory().depth(), 8);
+
+    CollageWallHistory history;
+    history.record(swapAt(3, 10)); // no batch begun: it starts one
+    ASSERT_EQ(history.batches(), QList<Batch>({{swapAt(3, 10)}}));
+    CollageWallHistory stepped = history;
+    EXPECT_EQ(stepped, history);
+    ASSERT_TRUE(stepped.stepBack());
+    EXPECT_EQ(stepped.forwardBatches(), history.batches());
+    EXPECT_FALSE(stepped == history);
 }
 
 TEST(CollageSlotHistory, StepsThroughOneSlotsEarlierAndLaterItems)

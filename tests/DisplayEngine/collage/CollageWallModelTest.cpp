@@ -288,6 +288,22 @@ TEST(CollageWallModel, FlowOffsetsFollowTheClockAndEveryHold)
     EXPECT_NEAR(offsets()[0], std::fmod(before[0] + 64.0, cycle0), 1e-6);
 }
 
+TEST(CollageWallModel, AutoCyclingChangesFlowTilesBetweenTimedChanges)
+{
+    for (const bool autoCycle : {false, true}) {
+        SCOPED_TRACE(autoCycle ? "on" : "off");
+        Harness h(CollageLayout::flow, 1000.0, makePool(200));
+        h.model.appear();
+        h.store.setFlowAutoCycleTiles(autoCycle);
+        h.model.setViewport(1920, 1080);
+        const QList<QUuid> start = h.slots();
+        h.time.advance(1.0);
+        EXPECT_EQ(h.slots(), start);
+        h.time.advance(1.0);
+        EXPECT_EQ(h.slots() != start, autoCycle);
+    }
+}
+
 TEST(CollageWallModel, AnUndecodableItemLeavesEveryWallForGood)
 {
     for (const CollageLayout layout : allCollageLayouts) {

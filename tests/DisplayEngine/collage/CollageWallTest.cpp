@@ -214,6 +214,35 @@ TEST(CollageWall, FollowersCopyEachOfTheLeadersChanges)
     EXPECT_TRUE(first.slotHistory().earlier(0).contains(leavingSlot0));
 }
 
+TEST(CollageWall, ScatterPhotosAreRaisedAndStepsLiftAndPutBackTheTopOne)
+{
+    CollageWall wall(CollageLayout::scatter, makePool(10), 0, 6);
+    ASSERT_TRUE(wall.dropNext() && wall.dropNext());
+    const QList<CollageDrop> three = wall.state().drops;
+    EXPECT_FALSE(wall.raise(three.last().item.id())) << "already on top";
+    ASSERT_TRUE(wall.raise(three[0].item.id()));
+    EXPECT_EQ(wall.state().drops, QList<CollageDrop>({three[1], three[2], three[0]}));
+    ASSERT_TRUE(wall.step(CollageWallStep::back));
+    EXPECT_EQ(wall.state().drops, QList<CollageDrop>({three[1], three[2]}));
+    ASSERT_TRUE(wall.step(CollageWallStep::forward));
+    EXPECT_EQ(wall.state().drops.last(), three[0]);
+    EXPECT_FALSE(wall.step(CollageWallStep::forward));
+}
+
+TEST(CollageWall, ItsTicksReshuffleTheVariedTemplate)
+{
+    CollageWallSettings settings;
+    settings.imageChangeInterval = 1000;
+    settings.variedLayoutInterval = 1.0;
+    CollageWall wall(varied, makePool(10), 0, 6);
+    wall.setSettings(settings);
+    const QList<QUuid> slots = wall.state().slots;
+    wall.tick(CollageWallClock::heartbeat, 0.5);
+    wall.tick(CollageWallClock::heartbeat, 1.0);
+    EXPECT_NE(wall.state().variantIndex, 0);
+    EXPECT_EQ(wall.state().slots, slots);
+}
+
 TEST(CollageWall, AnEmptyPoolMakesAnEmptyWallThatNeverChanges)
 {
     for (const CollageLayout layout : allCollageLayouts) {

@@ -2,10 +2,12 @@
 #include "collage/FlowAutoCycle.h"
 #include "collage/FlowColumnBuilder.h"
 #include "collage/FlowGeometry.h"
+#include "collage/FlowPointerPause.h"
 #include "collage/FlowScrollClock.h"
 #include "collage/FlowScroller.h"
 #include "collage/FlowSeeder.h"
 #include "collage/FlowTuning.h"
+#include "support/FakeTime.h"
 
 #include <gtest/gtest.h>
 
@@ -46,6 +48,20 @@ TEST(FlowGeometry, ColumnCountRoundsHalvesAwayAdjustsAndClamps)
             c.expected)
             << c.width << " " << c.adjustment;
     }
+}
+
+TEST(FlowGeometry, DegenerateSizesGiveEmptyStripsNotNonsense)
+{
+    EXPECT_DOUBLE_EQ(FlowGeometry::stripThickness(10, 2), 0); // less than the spacing
+    EXPECT_DOUBLE_EQ(FlowGeometry::stripThickness(1920, 0), 0);
+    EXPECT_DOUBLE_EQ(FlowGeometry::stripLength(std::vector<double> {100, 200}, 0, FlowTuning::flowSpacing), 0);
+    EXPECT_EQ(FlowGeometry::copies(0, 1080), 1);
+    EXPECT_DOUBLE_EQ(FlowGeometry::wrap(5, 0), 0);
+    EXPECT_DOUBLE_EQ(FlowGeometry::wrap(-1e-17, 10), 0); // would round up to the cycle itself
+    // Tile counts that differ: the anchor stays.
+    EXPECT_DOUBLE_EQ(FlowGeometry::trackAnchor(
+                         std::vector<double> {100, 200}, std::vector<double> {150}, 320, 7, FlowTuning::flowSpacing),
+        7);
 }
 
 TEST(FlowGeometry, TileLengthFollowsAspectAndOrientation)
@@ -278,6 +294,27 @@ TEST(FlowScrollClock, HoldsFreezeTheOffsetAndRunningResumesFromIt)
                 clock.setSpeed(event.speed, event.at);
         }
         EXPECT_DOUBLE_EQ(clock.offset(c.probeAt), c.expected) << c.what;
+    }
+}
+
+TEST(FlowPointerPause, EndsEarlyWhenSwitchedOffOrStopped)
+{
+    for (const bool switchOff : {true, false}) {
+        test::FakeTime time;
+        FlowScrollClock scroll(0);
+        // Not a number: the default pause.
+        FlowPointerPause pause(time, time, scroll, std::numeric_limits<double>::quiet_NaN());
+        time.advance(1);
+        pause.pointerMoved();
+        EXPECT_TRUE(pause.isPausing());
+        time.advance(0.2);
+        if (switchOff)
+            pause.setPauseSeconds(0);
+        else
+            pause.stop();
+        EXPECT_FALSE(pause.isPausing());
+        EXPECT_EQ(time.pendingTimers(), 0u);
+        EXPECT_NEAR(scroll.offset(2), 18 + 0.8 * 18, 1e-9) << "it runs on from where it stood";
     }
 }
 
