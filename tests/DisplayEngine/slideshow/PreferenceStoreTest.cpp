@@ -52,6 +52,7 @@ std::vector<Stored> everyKindOfValue()
         {"tiny", 5e-324},
         {"nan", std::numeric_limits<double>::quiet_NaN()},
         {"infinity", inf},
+        {"negative infinity", -inf},
         {"empty text", QString()},
         {"text", QStringLiteral("Grüße, \"quoted\"\n")},
         {"text that looks like a number", QStringLiteral("4")},
@@ -147,12 +148,22 @@ TEST_F(PreferenceStoreTest, EntriesItCannotReadAreMissingButKept)
     EXPECT_EQ(onDisk.size(), 7);
 }
 
-TEST_F(PreferenceStoreTest, NothingIsWrittenBeforeTheFirstChange)
+TEST_F(PreferenceStoreTest, NothingIsWrittenBeforeTheFirstChangeAndRemovedKeysLeaveTheFile)
 {
     PreferenceStore store(folder());
     EXPECT_FALSE(store.contains(QStringLiteral("x")));
     EXPECT_EQ(store.remove(QStringLiteral("x")), std::nullopt);
     EXPECT_FALSE(QFileInfo::exists(folder()));
+
+    // Typed reads answer only for their own type; a removed key leaves the file.
+    ASSERT_EQ(store.setValues({{"object", QJsonObject {{"a", 1}}}, {"array", QJsonArray {1}}}), std::nullopt);
+    EXPECT_EQ(store.objectValue(QStringLiteral("object")), (QJsonObject {{"a", 1}}));
+    EXPECT_EQ(store.arrayValue(QStringLiteral("object")), std::nullopt);
+    EXPECT_EQ(store.arrayValue(QStringLiteral("array")), QJsonArray {1});
+    ASSERT_EQ(store.remove(QStringLiteral("object")), std::nullopt);
+    const PreferenceStore reopened(folder());
+    EXPECT_FALSE(reopened.contains(QStringLiteral("object")));
+    EXPECT_TRUE(reopened.contains(QStringLiteral("array")));
 }
 
 TEST_F(PreferenceStoreTest, AFailedWriteChangesNothing)
