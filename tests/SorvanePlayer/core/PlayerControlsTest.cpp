@@ -85,6 +85,12 @@ TEST(PlayerControlsModel, EachButtonsNamedInvokableReachesItsHandler)
     for (const ControlButton &button : bare.buttons())
         bare.perform(button.action);
     bare.chooseStyle(QStringLiteral("classic"));
+    EXPECT_FALSE(bare.isPaused());
+    // QML sets the style by its raw value; a label is no raw value.
+    bare.setStyleRaw(QStringLiteral("Memory Table"));
+    EXPECT_EQ(bare.style(), PlayerStyle::photoWall);
+    bare.setStyleRaw(QStringLiteral("memory-table"));
+    EXPECT_EQ(bare.styleRaw(), QStringLiteral("memory-table"));
 
     // Exactly what a QML button does with its entry.
     PlayerControlsModel model;

@@ -126,6 +126,20 @@ TEST_F(ResumeStoreTest, FilesLargerThanTheLimitAreRefused)
     }
 }
 
+TEST_F(ResumeStoreTest, NothingIsKeptWithoutAnIdOrAReadableRecordOrWhereAFolderIsInTheWay)
+{
+    for (const std::optional<QString> &id : {std::optional<QString>(), std::optional<QString>(QString())}) {
+        EXPECT_FALSE(store.load(id));
+        EXPECT_FALSE(store.save({id, 2, savedAt, std::nullopt}));
+    }
+    // A record with no valid time would be refused when read back.
+    EXPECT_FALSE(store.save({QStringLiteral("a"), 2, QDateTime(), std::nullopt}));
+    EXPECT_TRUE(entries(tmp.path()).isEmpty());
+    ASSERT_TRUE(QDir().mkpath(pathFor(QStringLiteral("id"))));
+    EXPECT_FALSE(store.load(QStringLiteral("id")));
+    EXPECT_FALSE(store.save({QStringLiteral("id"), 1, savedAt, std::nullopt}));
+}
+
 TEST_F(ResumeStoreTest, SaveFailsWhenTheFolderCannotBeCreated)
 {
     ASSERT_TRUE(writeRaw(tmp.path() + QStringLiteral("/SorvanePlayer"), "in the way"));
