@@ -321,7 +321,14 @@ class KeysTest(PlayerTestCase):
         with self.subTest("the pointer shows the panel until it rests"):
             bottom_centre = (0.3, 0.75, 0.7, 1.0)
             top = (0, 0, 1, 0.4)
-            before = self.wait_for_screen(x, 0, "before", lambda s: s.fraction_brighter(16) > 0.25, "the photo")
+            # The last step's fade must be over, or the photo itself would still be changing.
+            shots = [x.screenshot(0).crop(*top)]
+
+            def standing_still(shot):
+                still = shot.crop(*top).fraction_different(shots[-1]) < 0.001 and shot.fraction_brighter(16) > 0.25
+                shots.append(shot.crop(*top))
+                return still
+            before = self.wait_for_screen(x, 0, "before", standing_still, "the photo standing still")
             mark = player.mark()
             # Away from the bottom, where resting on the panel would keep it up.
             x.move_pointer(700, 300)
