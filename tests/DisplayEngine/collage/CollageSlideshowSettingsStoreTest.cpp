@@ -155,8 +155,11 @@ TEST(CollageSlideshowSettingsStore, ChangesOutliveTheRunButPerRunFlagsDoNot)
         PreferenceStore preferences(folder.path());
         Store store(preferences);
         store.setFlowOrientation(FlowOrientation::horizontal);
+        store.setDefaultLayout(CollageLayout::scatter);
+        store.toggle(Store::Flag::showTileHoverControls);
         store.adjustFlowColumns(-2);
         ASSERT_TRUE(store.selectFlowScrollSpeed(QStringLiteral("Faster")));
+        ASSERT_TRUE(store.selectFlowScrollPointerPause(QStringLiteral("Standard")));
         store.toggle(Store::Flag::flowScrollPaused);
         store.toggle(Store::Flag::flowScrollReversed);
         EXPECT_TRUE(store.flowScrollPaused() && store.flowScrollReversed());
@@ -164,8 +167,11 @@ TEST(CollageSlideshowSettingsStore, ChangesOutliveTheRunButPerRunFlagsDoNot)
     PreferenceStore preferences(folder.path());
     const Store store(preferences);
     EXPECT_EQ(store.flowOrientation(), FlowOrientation::horizontal);
+    EXPECT_EQ(store.defaultLayout(), CollageLayout::scatter);
+    EXPECT_FALSE(store.showTileHoverControls());
     EXPECT_EQ(store.flowColumnAdjustment(), -2);
     EXPECT_EQ(store.flowScrollSpeed(), 64.0);
+    EXPECT_EQ(store.flowScrollPointerPause(), 2.0);
     EXPECT_FALSE(store.flowScrollPaused());
     EXPECT_FALSE(store.flowScrollReversed());
     for (const QString &key : allKeys)

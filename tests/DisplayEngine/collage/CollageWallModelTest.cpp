@@ -150,11 +150,15 @@ TEST(CollageWallModel, AppearingRestoresOnlyAStateOfTheCurrentPoolGeneration)
 {
     const QList<ImageItem> pool = makePool(30);
     Harness source(varied, 1.0, pool);
+    // The template changes too, so the restored wall must bring its template back.
+    source.store.setShuffleVariedLayout(true);
+    source.store.setVariedLayoutInterval(2.0);
     source.model.appear();
     const QList<QUuid> fresh = source.slots();
     source.time.advance(3.0);
     const CollageWallState left = source.model.wallState();
     ASSERT_NE(left.slots, fresh);
+    ASSERT_NE(left.variantIndex, 0);
 
     const struct {
         const char *name;
@@ -173,9 +177,10 @@ TEST(CollageWallModel, AppearingRestoresOnlyAStateOfTheCurrentPoolGeneration)
         h.model.setRestoreWall(left);
         EXPECT_EQ(h.model.appear(), c.restored);
         EXPECT_EQ(h.model.wallState().poolGeneration, c.generation);
-        if (c.restored)
+        if (c.restored) {
             EXPECT_EQ(h.model.wallState(), left);
-        else if (c.layout == varied)
+            EXPECT_EQ(h.model.variantIndex(), left.variantIndex);
+        } else if (c.layout == varied)
             EXPECT_EQ(h.slots(), fresh) << "built afresh from the same seed";
     }
 }

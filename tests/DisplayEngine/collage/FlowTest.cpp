@@ -258,6 +258,20 @@ TEST(FlowScroller, ReplacingATileAboveTheViewerKeepsTheViewersTileInPlace)
     EXPECT_GE(checked, 30); // every offset has tiles above the viewer
 }
 
+TEST(FlowScrollClock, ANewSpeedCarriesOnFromTheCurrentOffset)
+{
+    FlowScrollClock clock(100); // shown at t = 100, 18 points a second
+    clock.setSpeed(64, 110);
+    EXPECT_DOUBLE_EQ(clock.offset(112), 180 + 128);
+    EXPECT_DOUBLE_EQ(clock.flowScrollBase(), 180);
+    EXPECT_DOUBLE_EQ(clock.flowScrollEpoch(), 110);
+    EXPECT_DOUBLE_EQ(clock.flowScrollLastSpeed(), 64);
+    // A frame stamped just before the last change must not show an earlier offset.
+    EXPECT_DOUBLE_EQ(clock.offset(109.5), 180);
+    clock.setSpeed(nan, 112); // not a number: the default speed
+    EXPECT_DOUBLE_EQ(clock.offset(113), 180 + 128 + 18);
+}
+
 TEST(FlowScrollClock, HoldsFreezeTheOffsetAndRunningResumesFromIt)
 {
     enum class Do { hold, release, speed };
