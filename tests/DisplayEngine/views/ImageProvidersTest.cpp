@@ -4,6 +4,7 @@
 #include "bundle/BundleWireValues.h"
 #include "media/ThumbnailCache.h"
 #include "views/CollageImageProvider.h"
+#include "views/CollageSource.h"
 #include "views/QtThumbnailDecoder.h"
 #include "views/SlideImageProvider.h"
 #include "views/SlideSource.h"
@@ -72,6 +73,8 @@ TEST(ImageProviders, RejectIdsTheyDidNotMake)
         base64("relative/a.jpg"), base64("file:///a b.jpg")};
     for (const QString &id : collageIds)
         EXPECT_EQ(CollageImageProvider::parseId(id), QUrl()) << id.toStdString();
+    // Only local files get a tile URL at all.
+    EXPECT_EQ(CollageSource().imageUrl(QUrl(QStringLiteral("https://example.com/a.jpg"))), QString());
 }
 
 TEST(SlideSource, GivesNoUrlForWhatItCannotServe)

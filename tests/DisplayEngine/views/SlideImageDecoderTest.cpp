@@ -63,6 +63,7 @@ TEST_F(SlideImageDecoderTest, DecodesAtTheSizeTheScalingModeNeeds)
         {"fill never enlarges either side", "png", {800, 600}, fillScreen, {1000, 500}, {800, 600}},
         {"small picture fit", "png", {100, 50}, fitToScreen, {1920, 1080}, {100, 50}},
         {"actual size ignores the target", "png", {800, 600}, actualSize, {400, 400}, {800, 600}},
+        {"no target", "png", {800, 600}, fitToScreen, {}, {800, 600}},
         {"width only", "png", {800, 600}, fitToScreen, {200, 0}, {200, 150}},
         {"thin strip keeps a pixel", "png", {4000, 2}, fitToScreen, {100, 100}, {100, 1}},
         {"jpeg fit", "jpg", {1600, 1200}, fitToScreen, {400, 400}, {400, 300}},
