@@ -89,6 +89,7 @@ TEST(CollageSlotHistory, StepsThroughOneSlotsEarlierAndLaterItems)
         history.pushOutgoing(0, id(n));
     ASSERT_EQ(history.earlier(0).size(), CollageSlotHistory::slotHistoryDepth);
     EXPECT_EQ(history.earlier(0).last(), id(30));
+    history.pushOutgoing(7, id(1));
     EXPECT_TRUE(history.earlier(7).isEmpty()) << "a slot out of range is ignored";
 }
 

@@ -142,6 +142,7 @@ TEST(CollageWallModel, ClicksStepThroughTheClickedTilesOwnHistory)
     EXPECT_EQ(h.slots()[2], next) << "forward again returns to the item stepped back from";
 
     EXPECT_FALSE(h.model.clickTile(-1, true, 5.0));
+    EXPECT_FALSE(h.model.doubleClickTile(6));
     EXPECT_FALSE(h.model.clickTile(6, true, 5.0));
     EXPECT_EQ(h.model.lastInteractionAt(), 5.0);
 }

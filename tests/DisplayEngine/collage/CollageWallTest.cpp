@@ -251,6 +251,9 @@ TEST(CollageWall, AnEmptyPoolMakesAnEmptyWallThatNeverChanges)
         EXPECT_TRUE(empty.state().slots.isEmpty() && empty.state().drops.isEmpty());
         EXPECT_FALSE(empty.advance() || empty.dropNext() || empty.step(CollageWallStep::back));
     }
+    // Only a Flow wall asks for slot items or strips, and only a Varied one reshuffles.
+    EXPECT_EQ(CollageWall(varied, makePool(2), 0, 1).flowSlotItem(0), QUuid());
+    EXPECT_FALSE(CollageWall(CollageLayout::flow, makePool(2), 0, 1).reshuffleVariant());
     // A pool smaller than the wall repeats items rather than leaving slots empty.
     EXPECT_EQ(CollageWall(varied, makePool(2), 0, 1).state().slots.size(), CollageVariedTemplate::slotCount);
 }

@@ -330,6 +330,12 @@ TEST(FlowPointerPause, EndsEarlyWhenSwitchedOffOrStopped)
         EXPECT_EQ(time.pendingTimers(), 0u);
         EXPECT_NEAR(scroll.offset(2), 18 + 0.8 * 18, 1e-9) << "it runs on from where it stood";
     }
+    // A pause of nothing never stops the scroll.
+    test::FakeTime time;
+    FlowScrollClock scroll(0);
+    FlowPointerPause never(time, time, scroll, 0);
+    never.pointerMoved();
+    EXPECT_FALSE(never.isPausing());
 }
 
 TEST(FlowAutoCycle, ReplacesATilePerStretchOfScrolling)
