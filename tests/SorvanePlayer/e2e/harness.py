@@ -12,7 +12,6 @@ import shutil
 import signal
 import struct
 import subprocess
-import tempfile
 import time
 import zlib
 
