@@ -1,7 +1,7 @@
 """End-to-end tests of SorvanePlayer: the real program on a virtual two-screen X
 server, driven with xdotool and judged by its log, its windows and screenshots.
 
-  python3 player_e2e.py --bin BUILD/bin [--artifacts DIR] [unittest options]
+  python3 player_e2e.py --bin BUILD/bin [unittest options]
 
 Exits 77 (skipped) when Xvfb, xdotool or ImageMagick's import is missing.
 """
@@ -30,7 +30,6 @@ QUIT_SECONDS = 5
 INHIBIT_REASON = "Slidora is showing photos"
 
 BIN = None
-ARTIFACTS = None
 SUITE = None  # what setUpModule made, shared read-only by every test
 
 
@@ -95,11 +94,6 @@ class PlayerTestCase(unittest.TestCase):
         self.addCleanup(make_writable, self.tmp)
         self.runtime = self.folder("run", 0o700)
         self.data_home = self.folder("data")
-        self.artifacts = None
-        if ARTIFACTS:
-            self.artifacts = os.path.join(ARTIFACTS, self.id().split(".", 1)[-1])
-            shutil.rmtree(self.artifacts, ignore_errors=True)
-            os.makedirs(self.artifacts)
         self.players = 0
         self.ids = SUITE.bundle.item_ids
 
@@ -129,13 +123,8 @@ class PlayerTestCase(unittest.TestCase):
             "DBUS_SESSION_BUS_ADDRESS": bus_address,
         })
         player = harness.Player(program or executable("SorvanePlayer"), list(arguments), env, log_path)
-        self.addCleanup(self.keep_artifact, log_path)
         self.addCleanup(player.stop)
         return player
-
-    def keep_artifact(self, path):
-        if self.artifacts and os.path.exists(path):
-            shutil.copy(path, self.artifacts)
 
     def player_copy(self, folder):
         """The player's program copied into folder, as it sits on a stick."""
@@ -145,14 +134,11 @@ class PlayerTestCase(unittest.TestCase):
         return target
 
     def wait_for_screen(self, x, screen, name, check, what, timeout=8):
-        """Takes screenshots until one passes check; it is kept under name."""
+        """Takes screenshots until one passes check."""
         def passing():
             shot = x.screenshot(screen)
             return shot if check(shot) else None
-        shot = wait_until(passing, timeout, f"{what} on screen {screen}", interval=0.2)
-        if self.artifacts:
-            shot.save_png(os.path.join(self.artifacts, f"{name}-screen{screen}.png"))
-        return shot
+        return wait_until(passing, timeout, f"{what} on screen {screen}", interval=0.2)
 
     # --- shared checks ---
 
@@ -172,6 +158,10 @@ class PlayerTestCase(unittest.TestCase):
         player.wait_line(r"^Holding on 2 screen\(s\)$")
         self.assertIsNone(player.find(r"^Playing on"))
         self.assertIsNone(player.find(SHOWING))
+        self.assert_holding_screens(x, name)
+        self.assert_one_window_per_screen(x, TWO_SCREENS)
+
+    def assert_holding_screens(self, x, name):
         for screen, size in enumerate(TWO_SCREENS):
             # The words fade in; wait until they are there.
             shot = self.wait_for_screen(
@@ -181,7 +171,6 @@ class PlayerTestCase(unittest.TestCase):
             self.assertLess(shot.fraction_brighter(40), 0.02, "the holding screen should be mostly black")
             for band in (shot.crop(0, 0, 1, 0.3), shot.crop(0, 0.7, 1, 1)):
                 self.assertEqual(band.count_brighter(40), 0, "nothing but the words should be lit")
-        self.assert_one_window_per_screen(x, TWO_SCREENS)
 
     def keys_reach(self, player):
         """Keys sent before the show's windows are mapped go to the root window and are lost."""
@@ -382,10 +371,10 @@ class ResumeTest(PlayerTestCase):
         self.assertNotEqual(last_index, 0, "the run should have moved on from the first item")
 
         # The resume record belongs in the data folder.
-        with open(harness.resume_path(self.data_home, bundle.bundle_id), "rb") as record_file:
+        with open(harness.resume_path(self.data_home, bundle.manifest["bundle_id"]), "rb") as record_file:
             record = json.load(record_file)
         self.assertEqual((record["bundle_id"], record["item_index"], record["style"]),
-                         (bundle.bundle_id, last_index, "photo-wall"))
+                         (bundle.manifest["bundle_id"], last_index, "photo-wall"))
         self.assertRegex(record["saved_utc"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ$")
 
         second_run = self.start_player(x, [bundle.root])
@@ -501,75 +490,36 @@ class HostileBundleTest(PlayerTestCase):
         nothing = player.wait_line(r"^Nothing in the bundle could be shown; holding$", 20)
         self.assertIsNotNone(player.find(r"^Could not show "), player.tail())
         player.wait_line(r"^Holding on 2 screen\(s\)$", 5, nothing.index)
-        for screen, size in enumerate(TWO_SCREENS):
-            shot = self.wait_for_screen(
-                x, screen, "holding", lambda s: s.crop(0.2, 0.4, 0.8, 0.6).count_brighter(100) >= 150,
-                "light text ('Waiting for photos') in the middle band")
-            self.assertEqual((shot.width, shot.height), size)
-            self.assertLess(shot.fraction_brighter(40), 0.02, "the holding screen should be mostly black")
+        self.assert_holding_screens(x, "holding")
         self.assert_still_running(x, player)
         self.assert_quits(player, "Escape", x=x)
 
-    def test_png_header_bomb_is_skipped_without_the_memory(self):
-        x = self.x_server()
-        bundle = self.copy_bundle("bomb")
-        victim = self.ids[0]
-        path = bundle.asset_path(victim, "full")
-        self.assertTrue(path.endswith(".png"), "the first item should be a PNG still")
-        with open(path, "wb") as out:
-            out.write(harness.png_bomb())
-        bundle.refresh_asset(victim, "full")
-
-        player = self.start_player(x, [bundle.root])
-        player.wait_line(rf"^Could not show {re.escape(path)}: .+$", 15)
-        # The show goes on to the next item.
-        moved = player.wait_line(rf"^Showing item {self.ids[1]} ", INTERVAL * 2 + SLACK + 5)
-        self.showing(player, moved.index + 1)
-        self.assertGreater(player.sample_rss(), 0, "no memory reading was taken")
-        self.assertLess(player.peak_rss_kb, 300 * 1024, f"peak RSS {player.peak_rss_kb} kB")
-        self.assert_still_running(x, player)
-        self.assert_quits(player, "Escape", x=x)
-
-    def test_broken_videos_are_passed_by(self):
+    def test_a_video_cut_in_half_plays_to_where_its_data_ends(self):
+        if shutil.which("ffmpeg") is None:
+            self.skipTest("ffmpeg is not installed")
         x = self.x_server()
         video = SUITE.video_id
         self.assertEqual(self.ids[-1], video, "Left from the first item should reach the video")
-        for case in ("garbage", "cut in half"):
-            with self.subTest(case):
-                bundle = self.copy_bundle(case.replace(" ", "-"))
-                path = bundle.asset_path(video, "video")
-                if case == "cut in half":
-                    if shutil.which("ffmpeg") is None:
-                        self.skipTest("ffmpeg is not installed")
-                    # Index first, so the first half still plays and the file runs out mid-stream
-                    # (with the index at the end, half a file fails at once like garbage).
-                    fast = path + ".fast.mp4"
-                    subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", path, "-c", "copy",
-                                    "-movflags", "+faststart", fast], check=True, timeout=60)
-                    os.replace(fast, path)
-                with open(path, "rb") as original:
-                    data = original.read()
-                with open(path, "wb") as out:
-                    out.write(harness.garbage(len(data)) if case == "garbage" else data[:len(data) // 2])
-                bundle.refresh_asset(video, "video")
-
-                # A fresh data folder: the last case's resume record would start it elsewhere.
-                data_home = self.folder(f"data-{case.replace(' ', '-')}")
-                player = self.start_player(x, [bundle.root], data_home=data_home)
-                try:
-                    at_video = self.go_to_the_video(x, player)
-                    # A bad file fails at once; a cut one fails or ends where the data stops.
-                    duration = bundle.item(video)["assets"]["video"]["duration_seconds"]
-                    limit = 2 if case == "garbage" else duration
-                    past = player.wait_line(rf"^Showing item (?!{video} )", limit + INTERVAL + SLACK + 2,
-                                            at_video.index + 1)
-                    if case == "garbage":
-                        self.assertIsNotNone(player.find(rf"^Could not show {re.escape(path)}: "), player.tail())
-                    self.showing(player, past.index + 1)
-                    self.assert_still_running(x, player)
-                    self.assert_quits(player, "Escape", x=x)
-                finally:
-                    player.stop()  # the next case needs the single-copy lock
+        bundle = self.copy_bundle("cut-in-half")
+        path = bundle.asset_path(video, "video")
+        # Index first, so the first half still plays and the file runs out mid-stream
+        # (with the index at the end, half a file fails at once like garbage).
+        fast = path + ".fast.mp4"
+        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", path, "-c", "copy", "-movflags", "+faststart", fast],
+                       check=True, timeout=60)
+        with open(fast, "rb") as original:
+            data = original.read()
+        os.remove(fast)
+        with open(path, "wb") as out:
+            out.write(data[:len(data) // 2])
+        bundle.refresh_asset(video, "video")
+        player = self.start_player(x, [bundle.root])
+        at_video = self.go_to_the_video(x, player)
+        duration = bundle.item(video)["assets"]["video"]["duration_seconds"]
+        past = player.wait_line(rf"^Showing item (?!{video} )", duration + INTERVAL + SLACK + 2, at_video.index + 1)
+        self.showing(player, past.index + 1)
+        self.assert_still_running(x, player)
+        self.assert_quits(player, "Escape", x=x)
 
 
 class ScreensTest(PlayerTestCase):
@@ -603,38 +553,20 @@ class ScreensTest(PlayerTestCase):
         self.assert_quits(player, "Escape", x=x)
 
 
-class TimedResult(unittest.TextTestResult):
-    """Prints how long each test took, to keep the suite's time in view."""
-
-    def startTest(self, test):
-        self._started = time.monotonic()
-        super().startTest(test)
-
-    def stopTest(self, test):
-        super().stopTest(test)
-        self.stream.writeln(f"    [{time.monotonic() - self._started:5.1f} s] {test.id()}")
-        self.stream.flush()
-
-
 def main():
-    global BIN, ARTIFACTS
+    global BIN
     parser = argparse.ArgumentParser(add_help=False)
     parser.add_argument("--bin", default=os.environ.get("SORVANE_BIN_DIR"))
-    parser.add_argument("--artifacts", default=os.environ.get("SORVANE_E2E_ARTIFACTS"))
     options, rest = parser.parse_known_args()
     if not options.bin:
         print("player_e2e: give the build's bin folder with --bin or SORVANE_BIN_DIR", file=sys.stderr)
         return 2
     BIN = os.path.abspath(options.bin)
-    ARTIFACTS = os.path.abspath(options.artifacts) if options.artifacts else None
-    missing = harness.missing_tools()
+    missing = [tool for tool in harness.REQUIRED_TOOLS if shutil.which(tool) is None]
     if missing:
         print(f"player_e2e: skipped, missing {', '.join(missing)}", file=sys.stderr)
         return SKIPPED
-    started = time.monotonic()
-    program = unittest.main(module=__name__, argv=[sys.argv[0], *rest], exit=False,
-                            testRunner=unittest.TextTestRunner(resultclass=TimedResult, verbosity=2))
-    print(f"player_e2e: {time.monotonic() - started:.1f} s in all", file=sys.stderr)
+    program = unittest.main(module=__name__, argv=[sys.argv[0], *rest], exit=False, verbosity=2)
     return 0 if program.result.wasSuccessful() else 1
 
 
