@@ -23,14 +23,6 @@ static void PrintTo(const ControlButton &button, std::ostream *out)
 
 namespace {
 
-// Counts emissions of one signal without QtTest.
-template <typename Signal> std::shared_ptr<int> countSignal(PlayerControlsModel &model, Signal signal)
-{
-    auto count = std::make_shared<int>(0);
-    QObject::connect(&model, signal, &model, [count] { ++*count; });
-    return count;
-}
-
 // Records every handler call of a model, in order, as text.
 std::shared_ptr<std::vector<std::string>> recordHandlers(PlayerControlsModel &model)
 {
@@ -118,112 +110,58 @@ TEST(PlayerControlsModel, EachButtonsNamedInvokableReachesItsHandler)
 
 // ---- controller ----
 
-class PlayerControlsController : public ::testing::Test {
-protected:
+// The panel's timing on an injected clock, with the pointer where each step puts it.
+TEST(PlayerControlsController, ShowsOnAMoveHidesAfterThreeSecondsAndStaysUpWhileResting)
+{
     using Controller = sorvane::PlayerControlsController;
-
-    void SetUp() override
-    {
-        visibleChanges = countSignal(model, &PlayerControlsModel::visibleChanged);
-        QObject::connect(&model, &PlayerControlsModel::visibleChanged, &model,
-            [this] { changeTimes.push_back(time.monotonicSeconds()); });
-    }
-
-    std::unique_ptr<Controller> start()
-    {
-        return std::make_unique<Controller>(
-            time, time, [this] { return pointer; }, model);
-    }
-
     test::FakeTime time;
     PlayerControlsModel model;
-    QPointF pointer {700.0, 400.0};
-    std::shared_ptr<int> visibleChanges;
-    std::vector<double> changeTimes;
-};
-
-TEST_F(PlayerControlsController, APointerParkedOnTheStripDoesNotSummonThePanel)
-{
-    pointer = QPointF(960.0, 990.0);
-    const auto controller = start();
-    controller->setStripRect(Controller::panelRect(QRectF(0, 0, 1920, 1080), QSizeF(600, 80)));
-    ASSERT_TRUE(controller->stripRect().contains(pointer));
-    time.advance(60.0);
+    model.setVisible(true); // a stale state from before: the controller starts hidden
+    QPointF pointer(960.0, 990.0);
+    std::vector<double> changes;
+    QObject::connect(
+        &model, &PlayerControlsModel::visibleChanged, &model, [&] { changes.push_back(time.monotonicSeconds()); });
+    Controller controller(
+        time, time, [&] { return pointer; }, model);
     EXPECT_FALSE(model.isVisible());
-    EXPECT_EQ(*visibleChanges, 0);
-}
+    controller.setStripRect(Controller::panelRect(QRectF(0, 0, 1920, 1080), QSizeF(600, 80)));
+    ASSERT_TRUE(controller.stripRect().contains(pointer));
+    time.advance(60.0);
+    EXPECT_EQ(changes.size(), 1u) << "a pointer parked on the strip does not summon the panel";
 
-TEST_F(PlayerControlsController, AOnePointMoveShowsWithinOneTickAndHidesThreeSecondsLater)
-{
-    const auto controller = start();
-    time.advance(1.05);
-    pointer.rx() += 1.0;
+    pointer = QPointF(700.0, 400.0);
+    time.advance(0.05);
+    pointer.rx() += 1.0; // one point is a movement
     time.advance(Controller::tickSeconds);
     ASSERT_TRUE(model.isVisible());
-    EXPECT_TRUE(controller->isShown());
-    ASSERT_TRUE(controller->visibility().lastMovement.has_value());
-    const double movedAt = *controller->visibility().lastMovement;
-    EXPECT_NEAR(movedAt, 1.1, 1e-9); // the first tick after the move
-
-    time.advance(movedAt + 2.9 - time.monotonicSeconds());
+    const double movedAt = changes.back();
+    time.advance(2.9);
     EXPECT_TRUE(model.isVisible());
-    time.advance(movedAt + 3.15 - time.monotonicSeconds());
+    time.advance(0.25);
     EXPECT_FALSE(model.isVisible());
-    EXPECT_FALSE(controller->isShown());
+    ASSERT_EQ(changes.size(), 3u);
+    EXPECT_GE(changes[2] - movedAt, 3.0 - 1e-9);
+    EXPECT_LE(changes[2] - movedAt, 3.0 + Controller::tickSeconds + 1e-9);
 
-    ASSERT_EQ(changeTimes.size(), 2u);
-    // Hidden by the first tick at which three seconds have passed.
-    EXPECT_GE(changeTimes[1] - movedAt, 3.0 - 1e-9);
-    EXPECT_LE(changeTimes[1] - movedAt, 3.0 + Controller::tickSeconds + 1e-9);
-
-    time.advance(30.0);
-    EXPECT_EQ(*visibleChanges, 2);
-}
-
-TEST_F(PlayerControlsController, ThePointerRestingOnTheStripKeepsItShown)
-{
-    const auto controller = start();
-    controller->setStripRect(Controller::panelRect(QRectF(0, 0, 1920, 1080), QSizeF(600, 80)));
+    pointer.rx() += 5.0;
     time.advance(1.0);
-    pointer = QPointF(960.0, 990.0); // onto the strip
+    pointer = QPointF(960.0, 990.0); // onto the strip: kept up however long it rests
     time.advance(30.0);
     EXPECT_TRUE(model.isVisible());
-    EXPECT_TRUE(controller->visibility().pointerOnStrip);
-    EXPECT_EQ(*visibleChanges, 1);
-
     pointer = QPointF(960.0, 500.0); // off it again: a movement, so still up for a while
     time.advance(2.9);
     EXPECT_TRUE(model.isVisible());
-    EXPECT_FALSE(controller->visibility().pointerOnStrip);
     time.advance(0.35);
     EXPECT_FALSE(model.isVisible());
-    EXPECT_EQ(*visibleChanges, 2);
-}
-
-TEST_F(PlayerControlsController, StartsHiddenEvenIfTheModelSaidOtherwise)
-{
-    model.setVisible(true);
-    *visibleChanges = 0;
-    const auto controller = start();
-    EXPECT_FALSE(model.isVisible());
-    EXPECT_EQ(*visibleChanges, 1);
+    EXPECT_EQ(changes.size(), 5u);
 }
 
 TEST(PlayerControlsPlacement, PanelIsCentredAndStandsAboveTheBottomEdge)
 {
-    struct Row {
-        QRectF screen;
-        QSizeF panel;
-        QRectF expected;
-    };
-    const std::vector<Row> rows {
-        {QRectF(0, 0, 1920, 1080), QSizeF(640, 88), QRectF(640, 944, 640, 88)},
-        {QRectF(1920, 0, 1920, 1080), QSizeF(501, 75), QRectF(2629.5, 957, 501, 75)},
-        {QRectF(-1280, 360, 1280, 720), QSizeF(400, 60), QRectF(-840, 972, 400, 60)},
-    };
-    for (const Row &row : rows) {
-        EXPECT_EQ(sorvane::PlayerControlsController::panelRect(row.screen, row.panel), row.expected);
-    }
+    EXPECT_EQ(sorvane::PlayerControlsController::panelRect(QRectF(0, 0, 1920, 1080), QSizeF(640, 88)),
+        QRectF(640, 944, 640, 88));
+    EXPECT_EQ(sorvane::PlayerControlsController::panelRect(QRectF(-1280, 360, 1280, 720), QSizeF(401, 60)),
+        QRectF(-840.5, 972, 401, 60));
 }
 
 } // namespace
