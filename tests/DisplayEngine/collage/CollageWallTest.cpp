@@ -72,52 +72,6 @@ TEST(CollageWall, VariedSlotsAdvanceInTurnOneBatchPerChange)
     EXPECT_EQ(changes.front(), (Change {CollageMutationKind::advanceSlot, {}}));
 }
 
-TEST(CollageWall, StepsBackAndForwardThroughItsChanges)
-{
-    CollageWall wall(varied, makePool(20), 0, 8);
-    std::vector<CollageWallState> states {wall.capture()};
-    for (int i = 0; i < 4; ++i) {
-        ASSERT_TRUE(wall.advance(i % 2 + 1)); // batches of one and of two swaps
-        states.push_back(wall.capture());
-    }
-
-    for (int i = 3; i >= 0; --i) {
-        ASSERT_TRUE(wall.step(CollageWallStep::back));
-        EXPECT_EQ(wall.state(), states[size_t(i)]) << "back to " << i;
-    }
-    EXPECT_FALSE(wall.step(CollageWallStep::back));
-    for (int i = 1; i <= 2; ++i) {
-        ASSERT_TRUE(wall.step(CollageWallStep::forward));
-        EXPECT_EQ(wall.state(), states[size_t(i)]) << "forward to " << i;
-    }
-
-    // A new change makes the undone ones unreachable.
-    ASSERT_TRUE(wall.advance());
-    EXPECT_FALSE(wall.step(CollageWallStep::forward));
-    EXPECT_EQ(wall.history().batches().size(), 3);
-}
-
-TEST(CollageWall, SteppingBackKeepsEachSlotsOwnHistoryInStep)
-{
-    CollageWall wall(varied, makePool(20), 0, 2);
-    const QUuid first = wall.state().slots[0];
-    ASSERT_TRUE(wall.advance());
-    const QUuid second = wall.state().slots[0];
-    for (int i = 0; i < 5; ++i)
-        ASSERT_TRUE(wall.advance());
-    ASSERT_TRUE(wall.advance()); // slot 0 again
-    const QUuid third = wall.state().slots[0];
-
-    ASSERT_TRUE(wall.step(CollageWallStep::back));
-    EXPECT_EQ(wall.state().slots[0], second);
-    // "Previous" on the tile now shows what came before `second`, not `second` again.
-    ASSERT_TRUE(wall.stepSlot(0, CollageWallStep::back));
-    EXPECT_EQ(wall.state().slots[0], first);
-    ASSERT_TRUE(wall.stepSlot(0, CollageWallStep::forward));
-    ASSERT_TRUE(wall.stepSlot(0, CollageWallStep::forward));
-    EXPECT_EQ(wall.state().slots[0], third);
-}
-
 TEST(CollageWall, FlowReplacesSeveralRandomSlotsPerChange)
 {
     const QList<ImageItem> pool = makePool(40);
@@ -229,20 +183,6 @@ TEST(CollageWall, ScatterPhotosAreRaisedAndStepsLiftAndPutBackTheTopOne)
     EXPECT_FALSE(wall.step(CollageWallStep::forward));
 }
 
-TEST(CollageWall, ItsTicksReshuffleTheVariedTemplate)
-{
-    CollageWallSettings settings;
-    settings.imageChangeInterval = 1000;
-    settings.variedLayoutInterval = 1.0;
-    CollageWall wall(varied, makePool(10), 0, 6);
-    wall.setSettings(settings);
-    const QList<QUuid> slots = wall.state().slots;
-    wall.tick(CollageWallClock::heartbeat, 0.5);
-    wall.tick(CollageWallClock::heartbeat, 1.0);
-    EXPECT_NE(wall.state().variantIndex, 0);
-    EXPECT_EQ(wall.state().slots, slots);
-}
-
 TEST(CollageWall, AnEmptyPoolMakesAnEmptyWallThatNeverChanges)
 {
     for (const CollageLayout layout : allCollageLayouts) {
@@ -266,42 +206,6 @@ TEST(CollageWall, AFollowerOutlivingItsCoordinatorStaysUsable)
     EXPECT_TRUE(follower.stepSlot(0, CollageWallStep::forward));
     follower.setRole(CollageRole::mirrorLeader);
     EXPECT_TRUE(follower.advance());
-}
-
-TEST(CollageVariedTemplate, EveryVariantTilesTheUnitSquare)
-{
-    for (int variant = 0; variant < CollageVariedTemplate::variantCount; ++variant) {
-        const QList<QRectF> rects = CollageVariedTemplate::variant(variant);
-        double area = 0;
-        for (qsizetype i = 0; i < rects.size(); ++i) {
-            area += rects[i].width() * rects[i].height();
-            EXPECT_GE(rects[i].left(), -1e-12);
-            EXPECT_GE(rects[i].top(), -1e-12);
-            EXPECT_LE(rects[i].right(), 1 + 1e-12);
-            EXPECT_LE(rects[i].bottom(), 1 + 1e-12);
-            for (qsizetype j = i + 1; j < rects.size(); ++j) {
-                const QRectF overlap = rects[i].intersected(rects[j]);
-                EXPECT_LT(overlap.width() * overlap.height(), 1e-12) << variant << ": " << i << " and " << j;
-            }
-        }
-        EXPECT_NEAR(area, 1.0, 1e-12) << variant;
-    }
-}
-
-TEST(CollageVariedTemplate, ReshuffleAlwaysPicksAnotherVariantAndReachesThemAll)
-{
-    Pcg32 random(3);
-    for (const int current : {0, 1, 2, 3, 6, -1}) {
-        QSet<int> reached;
-        for (int i = 0; i < 100; ++i) {
-            const int next = CollageVariedTemplate::nextVariant(current, random);
-            EXPECT_NE(next, CollageVariedTemplate::normalized(current));
-            EXPECT_GE(next, 0);
-            EXPECT_LT(next, CollageVariedTemplate::variantCount);
-            reached.insert(next);
-        }
-        EXPECT_EQ(reached.size(), CollageVariedTemplate::variantCount - 1) << current;
-    }
 }
 
 TEST(CollageCoordinator, FollowersThatJoinOrLeaveDoNotStrandABroadcast)
