@@ -117,25 +117,5 @@ TEST(ImageFilterEffect, KeepsAlphaInEveryPixelFormat)
     }
 }
 
-TEST(ImageFilterEffect, FiltersOnlyItsOwnCopyOfSharedPixels)
-{
-    const QImage original = filled(qRgb(10, 200, 90));
-    for (const ImageFilter filter : kColourFilters) {
-        QImage copy = original;
-        ImageFilterEffect::apply(copy, filter);
-        EXPECT_NE(copy.constBits(), original.constBits()) << nameOf(filter);
-        EXPECT_EQ(original.pixel(0, 0), qRgb(10, 200, 90)) << nameOf(filter);
-    }
-}
-
-TEST(ImageFilterEffect, NullImagesStayNull)
-{
-    for (const ImageFilter filter : kColourFilters) {
-        QImage image;
-        ImageFilterEffect::apply(image, filter);
-        EXPECT_TRUE(image.isNull()) << nameOf(filter);
-    }
-}
-
 } // namespace
 } // namespace sorvane

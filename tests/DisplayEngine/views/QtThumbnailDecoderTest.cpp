@@ -36,19 +36,6 @@ protected:
     QTemporaryDir dir;
 };
 
-TEST_F(QtThumbnailDecoderTest, TurnsPicturesUpright)
-{
-    // Orientation 6: a quarter turn clockwise, so the stored red left half ends up on top.
-    const QByteArray landscape = encoded(halves({400, 200}), "jpg");
-    const ThumbnailResult turned = QtThumbnailDecoder().decode(
-        write(QStringLiteral("turned.jpg"), test::withExifOrientation(landscape, 6)), {100, 100});
-    ASSERT_TRUE(turned.ok()) << turned.error.toStdString();
-    ASSERT_EQ(turned.size(), QSize(50, 100));
-    const QImage image = imageOf(turned);
-    EXPECT_GT(qRed(image.pixel(25, 5)), 200);
-    EXPECT_GT(qBlue(image.pixel(25, 95)), 200);
-}
-
 TEST_F(QtThumbnailDecoderTest, DecodesALargePhotoAtTileSizeWithoutHoldingItWhole)
 {
     // A real 8000 x 6000 JPEG, written from a 1-bit picture so the test itself stays small:

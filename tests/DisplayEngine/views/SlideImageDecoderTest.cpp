@@ -59,9 +59,7 @@ TEST_F(SlideImageDecoderTest, DecodesAtTheSizeTheScalingModeNeeds)
     const ScalingCase cases[] = {
         {"landscape fit", "png", {800, 600}, fitToScreen, {400, 400}, {400, 300}},
         {"landscape fill", "png", {800, 600}, fillScreen, {400, 400}, {533, 400}},
-        {"portrait fit", "png", {600, 800}, fitToScreen, {400, 400}, {300, 400}},
         {"fill never enlarges either side", "png", {800, 600}, fillScreen, {1000, 500}, {800, 600}},
-        {"small picture fit", "png", {100, 50}, fitToScreen, {1920, 1080}, {100, 50}},
         {"actual size ignores the target", "png", {800, 600}, actualSize, {400, 400}, {800, 600}},
         {"no target", "png", {800, 600}, fitToScreen, {}, {800, 600}},
         {"width only", "png", {800, 600}, fitToScreen, {200, 0}, {200, 150}},
@@ -78,14 +76,6 @@ TEST_F(SlideImageDecoderTest, DecodesAtTheSizeTheScalingModeNeeds)
         EXPECT_EQ(result.image.size(), c.expected);
         EXPECT_EQ(result.sourceSize, c.source);
     }
-}
-
-TEST_F(SlideImageDecoderTest, TrustsTheContentOverTheFileName)
-{
-    const QString path = write(QStringLiteral("really-a-png.jpg"), encoded(halves({300, 200}), "png"));
-    const SlideDecodeResult result = SlideImageDecoder::decode({path, {150, 150}, ImageScalingMode::fitToScreen});
-    ASSERT_TRUE(result.ok()) << result.error.toStdString();
-    EXPECT_EQ(result.image.size(), QSize(150, 100));
 }
 
 struct OrientationCase {
@@ -142,16 +132,12 @@ TEST_F(SlideImageDecoderTest, RefusesWhatCannotOrMustNotBeShown)
 {
     using enum ImageScalingMode;
     const QByteArray png = encoded(halves({64, 64}), "png");
-    const QByteArray jpeg = encoded(halves({64, 64}), "jpg");
     const QByteArray progressive = encoded(halves({64, 64}), "progressive");
     const BrokenCase cases[] = {
         {"missing file", "missing.jpg", false, {}, fitToScreen, nullptr},
         {"empty file", "empty.png", true, {}, fitToScreen, nullptr},
-        {"text", "notes.jpg", true, "just some notes, not a picture\n", fitToScreen, nullptr},
         {"noise", "noise.jpg", true, noise(4096), fitToScreen, nullptr},
-        {"png cut inside its header", "cut.png", true, png.left(20), fitToScreen, nullptr},
         {"png signature then noise", "junk.png", true, png.left(8) + noise(2048), actualSize, nullptr},
-        {"jpeg markers then noise", "junk.jpg", true, jpeg.left(2) + noise(2048), actualSize, nullptr},
         {"50000 x 50000 png", "huge.png", true, test::pngClaiming(50000, 50000), fitToScreen,
             "image is too large to show"},
         {"20000 x 20000 png at actual size", "big.png", true, test::pngClaiming(20000, 20000), actualSize,
