@@ -75,14 +75,6 @@ TEST_F(ResumeStoreTest, RoundTripKeepsEveryFieldToTheSecond)
     }
 }
 
-TEST_F(ResumeStoreTest, FileNameIsTheHashOfTheId)
-{
-    const QString id = QStringLiteral("Ünïcode bundle ✓");
-    ASSERT_TRUE(store.save({id, 1, savedAt, std::nullopt}));
-    EXPECT_EQ(entries(folder), QStringList {expectedFileName(id)});
-    EXPECT_EQ(store.filePath(id), pathFor(id));
-}
-
 TEST_F(ResumeStoreTest, HandWrittenFilesLoadOnlyWhenWellFormed)
 {
     const struct {
