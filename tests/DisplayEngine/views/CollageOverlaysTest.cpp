@@ -10,11 +10,8 @@
 #include <QQmlExtensionPlugin>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QSet>
 #include <QTest>
 
-#include <cmath>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -44,18 +41,6 @@ QQuickItem *named(QQuickItem *root, const QString &name)
 {
     const auto found = visibleItems(root, [&](QQuickItem *item) { return item->objectName() == name; });
     return found.empty() ? nullptr : found.front();
-}
-
-QRectF sceneRect(QQuickItem *item)
-{
-    return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
-}
-
-bool contains(const QRectF &outer, const QRectF &inner)
-{
-    constexpr double slack = 0.5; // rounding of scene coordinates
-    return inner.left() >= outer.left() - slack && inner.top() >= outer.top() - slack
-        && inner.right() <= outer.right() + slack && inner.bottom() <= outer.bottom() + slack;
 }
 
 // One component (objectName "subject") in an offscreen window, above a stand-in wall that counts
@@ -95,13 +80,11 @@ public:
     }
 
     bool ok() const { return m_root && subject(); }
-    QQuickItem *root() const { return m_root.get(); }
     QQuickItem *subject() const
     {
         return m_root ? m_root->findChild<QQuickItem *>(QStringLiteral("subject")) : nullptr;
     }
     QQuickItem *part(const QString &name) const { return named(subject(), name); }
-    QQuickWindow &window() { return m_window; }
 
     // Rendering a frame also runs the polish pass that places the positioners' children.
     void settle() { (void)m_window.grabWindow(); }
@@ -161,7 +144,7 @@ private:
 const QString kOverlay
     = QStringLiteral("CollageIntroOverlay { objectName: \"subject\"; onDismissed: root.log += \"dismissed;\" }");
 
-TEST(CollageIntroOverlay, ShowsExactlyItsTextsAndSymbolsInOrder)
+TEST(CollageIntroOverlay, ShowsItsTextsAndSymbolsAndOnlyItsButtonDismissesIt)
 {
     Scene scene({1920, 1080}, kOverlay);
     ASSERT_TRUE(scene.ok());
@@ -180,20 +163,13 @@ TEST(CollageIntroOverlay, ShowsExactlyItsTextsAndSymbolsInOrder)
     EXPECT_EQ(symbols,
         QStringList({"square.grid.2x2.fill.svg", "rectangle.lefthalf.filled.svg",
             "arrow.up.left.and.arrow.down.right.svg", "questionmark.circle.svg"}));
-}
-
-TEST(CollageIntroOverlay, OnlyTheButtonDismissesAndNoClickReachesTheWall)
-{
-    Scene scene({1280, 720}, kOverlay);
-    ASSERT_TRUE(scene.ok());
+    // Only the button dismisses it, and no click reaches the wall beneath.
     QQuickItem *card = scene.part(QStringLiteral("introCard"));
     ASSERT_NE(card, nullptr);
-
     scene.click(QPointF(5, 5));
-    scene.click(QPointF(1275, 715), Qt::RightButton);
+    scene.click(QPointF(1915, 1075), Qt::RightButton);
     scene.click(card->mapToScene(QPointF(10, 10)));
     EXPECT_EQ(scene.log(), QStringList());
-
     scene.click(scene.part(QStringLiteral("dismissButton")));
     EXPECT_EQ(scene.log(), QStringList({"dismissed"}));
     EXPECT_EQ(scene.wallClicks(), 0);
@@ -238,7 +214,7 @@ QStringList rowTexts(Scene &scene)
     return texts;
 }
 
-TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnForEachWall)
+TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnAndAsksForTheChosenOne)
 {
     struct Case {
         bool flowWall;
@@ -264,16 +240,12 @@ TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnForEachWall)
         EXPECT_EQ(rowTexts(scene), c.expected);
         QMetaObject::invokeMethod(scene.subject(), "close");
     }
-}
 
-TEST(CollageContextMenu, ChoosingAnItemClosesTheMenuThenAsksForItWithTheSlot)
-{
-    const std::pair<int, QString> cases[] = {{0, "host:tag:7"}, {1, "host:hide:7"}, {2, "full:7"}, {3, "cycle"}};
-    Scene scene({800, 600}, kMenu);
-    ASSERT_TRUE(scene.ok());
+    // Choosing a row closes the menu, then asks for its entry with the slot.
+    const std::pair<int, QString> choices[] = {{0, "host:tag:7"}, {1, "host:hide:7"}, {2, "full:7"}, {3, "cycle"}};
     scene.set("flowWall", true);
     scene.set("hostItems", hostItems({{"tag", "Tag…"}, {"hide", "Hide this photo"}}));
-    for (const auto &[row, expected] : cases) {
+    for (const auto &[row, expected] : choices) {
         SCOPED_TRACE(row);
         scene.clearLog();
         openMenu(scene, 200, 150, 7);
@@ -385,11 +357,6 @@ TEST(CollageTileGestures, ButtonsStepAndEveryOtherClickReachesTheWall)
     QQuickItem *next = scene.part(QStringLiteral("nextButton"));
     ASSERT_NE(previous, nullptr);
     ASSERT_NE(next, nullptr);
-    for (QQuickItem *button : {previous, next}) {
-        const QRectF buttonRect = sceneRect(button);
-        EXPECT_TRUE(contains(QRectF(100, 100, 400, 300), buttonRect));
-        EXPECT_GT(buttonRect.top(), 100 + 300 * 0.6) << "the controls sit at the tile's foot";
-    }
     const QPointF nextPoint = next->mapToScene(QPointF(next->width() / 2, next->height() / 2));
 
     scene.click(previous);
@@ -408,8 +375,6 @@ TEST(CollageTileGestures, ButtonsStepAndEveryOtherClickReachesTheWall)
     EXPECT_EQ(scene.wallClicks(), 2);
     EXPECT_EQ(scene.log(), QStringList({"previous", "next"}));
 }
-
-// ---- Symbols
 
 } // namespace
 } // namespace sorvane
