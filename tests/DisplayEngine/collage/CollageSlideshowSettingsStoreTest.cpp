@@ -115,26 +115,6 @@ TEST(CollageSlideshowSettingsStore, ChangingOneFieldWritesAllKeysOnceAndNotifies
     EXPECT_EQ(preferences.writes.size(), 2);
 }
 
-TEST(CollageSlideshowSettingsStore, AdjustingColumnsStaysWithinSixEitherWay)
-{
-    const qint64 most = std::numeric_limits<qint64>::max();
-    const qint64 least = std::numeric_limits<qint64>::min();
-    struct Row {
-        qint64 start, delta, expected;
-    };
-    const Row rows[] = {{2, 3, 5}, {6, 1, 6}, {5, -20, -6}, {0, 0, 0}, {1, least, -6}, {-1, most, 6},
-        {100, -1, 6}, // set outside the bounds by a program
-        {most, 1, 6}, {least, -1, -6}};
-    for (const Row &row : rows) {
-        InMemoryPreferences preferences;
-        Store store(preferences);
-        store.setFlowColumnAdjustment(row.start);
-        store.adjustFlowColumns(row.delta);
-        EXPECT_EQ(store.flowColumnAdjustment(), row.expected) << row.start << " by " << row.delta;
-        EXPECT_EQ(preferences.integerValue(QStringLiteral("collage.flowColumnAdjustment")), row.expected);
-    }
-}
-
 TEST(CollageSlideshowSettingsStore, LabelsNameTheNearestPresetAndTiesKeepTheEarlier)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();

@@ -1,5 +1,4 @@
 // The Flow wall's pieces: geometry, seeding, strips, scrolling and auto-cycling.
-#include "collage/FlowAutoCycle.h"
 #include "collage/FlowColumnBuilder.h"
 #include "collage/FlowGeometry.h"
 #include "collage/FlowPointerPause.h"
@@ -272,45 +271,6 @@ TEST(FlowScrollClock, ANewSpeedCarriesOnFromTheCurrentOffset)
     EXPECT_DOUBLE_EQ(clock.offset(113), 180 + 128 + 18);
 }
 
-TEST(FlowScrollClock, HoldsFreezeTheOffsetAndRunningResumesFromIt)
-{
-    enum class Do { hold, release, speed };
-    struct Event {
-        double at;
-        Do action;
-        FlowScrollHold reason = FlowScrollHold::user;
-        double speed = 0;
-    };
-    struct Case {
-        const char *what;
-        std::vector<Event> events;
-        double probeAt;
-        double expected;
-    };
-    const auto user = FlowScrollHold::user;
-    const auto pointer = FlowScrollHold::pointer;
-    const auto wall = FlowScrollHold::wall;
-    const Case cases[] = {
-        {"paused from 5 to 8", {{5, Do::hold}, {8, Do::release}}, 10, 90 + 36},
-        {"one of two reasons ends", {{5, Do::hold, pointer}, {6, Do::hold, wall}, {7, Do::release, pointer}}, 10, 90},
-        {"both reasons end",
-            {{5, Do::hold, pointer}, {6, Do::hold, wall}, {7, Do::release, pointer}, {9, Do::release, wall}}, 10, 108},
-        {"speed change while paused", {{5, Do::hold}, {6, Do::speed, user, 36}, {7, Do::release}}, 8, 90 + 36},
-    };
-    for (const Case &c : cases) {
-        FlowScrollClock clock(0);
-        for (const Event &event : c.events) {
-            if (event.action == Do::hold)
-                clock.hold(event.reason, event.at);
-            else if (event.action == Do::release)
-                clock.release(event.reason, event.at);
-            else
-                clock.setSpeed(event.speed, event.at);
-        }
-        EXPECT_DOUBLE_EQ(clock.offset(c.probeAt), c.expected) << c.what;
-    }
-}
-
 TEST(FlowPointerPause, EndsEarlyWhenSwitchedOffOrStopped)
 {
     for (const bool switchOff : {true, false}) {
@@ -336,35 +296,6 @@ TEST(FlowPointerPause, EndsEarlyWhenSwitchedOffOrStopped)
     FlowPointerPause never(time, time, scroll, 0);
     never.pointerMoved();
     EXPECT_FALSE(never.isPausing());
-}
-
-TEST(FlowAutoCycle, ReplacesATilePerStretchOfScrolling)
-{
-    struct Step {
-        double seconds;
-        bool on = true;
-        bool scrolling = true;
-    };
-    struct Case {
-        const char *what;
-        std::vector<Step> steps;
-        std::vector<bool> due;
-    };
-    const Case cases[] = {
-        {"every 1.5 s", {{0.5}, {0.5}, {0.5}, {0.5}, {0.5}, {0.5}}, {false, false, true, false, false, true}},
-        {"off", {{0.5, false}, {0.5, false}, {0.5, false}, {0.5, false}}, {false, false, false, false}},
-        {"only scrolling time counts", {{0.5}, {0.5, true, false}, {0.5}, {0.5}}, {false, false, false, true}},
-        {"turning it off starts afresh", {{1.0}, {0.5, false}, {1.0}, {0.5}}, {false, false, false, true}},
-        {"a long step releases one tile", {{10}, {0.5}, {1.0}}, {true, false, true}},
-        {"no time, or time not a number", {{1.0}, {0}, {-3}, {nan}, {0.5}}, {false, false, false, false, true}},
-    };
-    for (const Case &c : cases) {
-        FlowAutoCycle cycle;
-        std::vector<bool> due;
-        for (const Step &step : c.steps)
-            due.push_back(cycle.advance(step.seconds, step.on, step.scrolling));
-        EXPECT_EQ(due, c.due) << c.what;
-    }
 }
 
 } // namespace
