@@ -1,22 +1,20 @@
 #include "collage/CollageSlideshowSettingsStore.h"
-#include "bundle/BundlePlaybackPreferences.h"
 #include "slideshow/InMemoryPreferences.h"
 #include "slideshow/PreferenceStore.h"
 
 #include <gtest/gtest.h>
 
 #include <QMetaProperty>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <functional>
 #include <limits>
-#include <map>
 
 namespace sorvane {
 namespace {
 
 using Store = CollageSlideshowSettingsStore;
-using Signal = void (Store::*)();
 
 const QStringList allKeys {"collage.defaultLayout", "collage.imageChangeInterval", "collage.shuffleVariedLayout",
     "collage.variedLayoutInterval", "collage.showTileHoverControls", "collage.flowWeightMode",
@@ -30,316 +28,104 @@ public:
     std::optional<PreferenceValue> value(const QString &key) const override { return m_values.value(key); }
     std::optional<QString> setValues(const QList<Entry> &entries) override
     {
-        writes.append(entries);
+        QStringList keys;
+        for (const Entry &entry : entries)
+            keys.append(entry.first);
+        writes.append(keys);
         return m_values.setValues(entries);
     }
     std::optional<QString> remove(const QString &key) override { return m_values.remove(key); }
 
-    QStringList keysOf(const QList<Entry> &batch) const
-    {
-        QStringList keys;
-        for (const Entry &entry : batch)
-            keys.append(entry.first);
-        return keys;
-    }
-
-    QList<QList<Entry>> writes;
-
+    QList<QStringList> writes; // the keys of each batch
 private:
     InMemoryPreferences m_values;
 };
 
-struct Notifier {
-    const char *property;
-    Signal signal;
-};
-
-const std::vector<Notifier> &notifiers()
+// Every change writes the whole set of keys in one batch and tells the property's own observers
+// and the settings' observers once; the same value again is stored but told to no one.
+TEST(CollageSlideshowSettingsStore, ChangingOneFieldWritesAllKeysOnceAndNotifiesIt)
 {
-    static const std::vector<Notifier> all {
-        {"defaultLayout", &Store::defaultLayoutChanged},
-        {"imageChangeInterval", &Store::imageChangeIntervalChanged},
-        {"shuffleVariedLayout", &Store::shuffleVariedLayoutChanged},
-        {"variedLayoutInterval", &Store::variedLayoutIntervalChanged},
-        {"showTileHoverControls", &Store::showTileHoverControlsChanged},
-        {"flowWeightMode", &Store::flowWeightModeChanged},
-        {"flowOrientation", &Store::flowOrientationChanged},
-        {"flowTilesPerChange", &Store::flowTilesPerChangeChanged},
-        {"flowStaggerSwaps", &Store::flowStaggerSwapsChanged},
-        {"flowColumnAdjustment", &Store::flowColumnAdjustmentChanged},
-        {"flowInfiniteScroll", &Store::flowInfiniteScrollChanged},
-        {"flowScrollBidirectional", &Store::flowScrollBidirectionalChanged},
-        {"flowScrollSpeed", &Store::flowScrollSpeedChanged},
-        {"flowScrollPointerPause", &Store::flowScrollPointerPauseChanged},
-        {"flowAutoCycleTiles", &Store::flowAutoCycleTilesChanged},
-        {"flowScrollReversed", &Store::flowScrollReversedChanged},
-        {"flowScrollPaused", &Store::flowScrollPausedChanged},
+    struct Row {
+        const char *property;
+        std::function<void(Store &)> change;
+        const char *key;
+        PreferenceValue stored;
     };
-    return all;
-}
-
-class SignalCounter {
-public:
-    explicit SignalCounter(Store &store)
-    {
-        for (const Notifier &n : notifiers())
-            QObject::connect(
-                &store, n.signal, &m_context, [this, name = std::string(n.property)] { ++m_counts[name]; });
-        QObject::connect(&store, &Store::settingsChanged, &m_context, [this] { ++m_counts["settings"]; });
-    }
-    const std::map<std::string, int> &counts() const { return m_counts; }
-
-private:
-    QObject m_context;
-    std::map<std::string, int> m_counts;
-};
-
-// One stored field: how to change it, and what its key then holds.
-struct FieldChange {
-    const char *property;
-    std::function<void(Store &)> change;
-    const char *key;
-    PreferenceValue stored;
-};
-
-std::vector<FieldChange> fieldChanges()
-{
-    return {
+    const Row rows[] = {
         {"defaultLayout", [](Store &s) { s.setDefaultLayout(CollageLayout::collage); }, "collage.defaultLayout",
             QStringLiteral("collage")},
         {"imageChangeInterval", [](Store &s) { s.setImageChangeInterval(0.5); }, "collage.imageChangeInterval", 0.5},
-        {"shuffleVariedLayout", [](Store &s) { s.setShuffleVariedLayout(false); }, "collage.shuffleVariedLayout",
-            false},
-        {"variedLayoutInterval", [](Store &s) { s.setVariedLayoutInterval(120.0); }, "collage.variedLayoutInterval",
-            120.0},
         {"showTileHoverControls", [](Store &s) { s.setShowTileHoverControls(false); }, "collage.showTileHoverControls",
             false},
         {"flowWeightMode", [](Store &s) { s.setFlowWeightMode(FlowWeightMode::weighted); }, "collage.flowWeightMode",
             QStringLiteral("weighted")},
+        {"flowTilesPerChange", [](Store &s) { s.setFlowTilesPerChange(-4); }, "collage.flowTilesPerChange", qint64(-4)},
+        {"flowScrollSpeed", [](Store &s) { s.setFlowScrollSpeed(100.0); }, "collage.flowScrollSpeed", 100.0},
+        {"flowAutoCycleTiles", [](Store &s) { s.toggle(Store::Flag::flowAutoCycleTiles); },
+            "collage.flowAutoCycleTiles", true},
+        {"variedLayoutInterval", [](Store &s) { s.setVariedLayoutInterval(120.0); }, "collage.variedLayoutInterval",
+            120.0},
         {"flowOrientation", [](Store &s) { s.setFlowOrientation(FlowOrientation::horizontal); },
             "collage.flowOrientation", QStringLiteral("horizontal")},
-        {"flowTilesPerChange", [](Store &s) { s.setFlowTilesPerChange(-4); }, "collage.flowTilesPerChange", qint64(-4)},
-        {"flowStaggerSwaps", [](Store &s) { s.setFlowStaggerSwaps(false); }, "collage.flowStaggerSwaps", false},
-        {"flowColumnAdjustment", [](Store &s) { s.setFlowColumnAdjustment(11); }, "collage.flowColumnAdjustment",
-            qint64(11)},
-        {"flowInfiniteScroll", [](Store &s) { s.setFlowInfiniteScroll(false); }, "collage.flowInfiniteScroll", false},
-        {"flowScrollBidirectional", [](Store &s) { s.setFlowScrollBidirectional(false); },
+        {"shuffleVariedLayout", [](Store &s) { s.toggle(Store::Flag::shuffleVariedLayout); },
+            "collage.shuffleVariedLayout", false},
+        {"flowStaggerSwaps", [](Store &s) { s.toggle(Store::Flag::flowStaggerSwaps); }, "collage.flowStaggerSwaps",
+            false},
+        {"flowInfiniteScroll", [](Store &s) { s.toggle(Store::Flag::flowInfiniteScroll); },
+            "collage.flowInfiniteScroll", false},
+        {"flowScrollBidirectional", [](Store &s) { s.toggle(Store::Flag::flowScrollBidirectional); },
             "collage.flowScrollBidirectional", false},
-        {"flowScrollSpeed", [](Store &s) { s.setFlowScrollSpeed(100.0); }, "collage.flowScrollSpeed", 100.0},
-        {"flowScrollPointerPause", [](Store &s) { s.setFlowScrollPointerPause(2.0); }, "collage.flowScrollPointerPause",
-            2.0},
-        {"flowAutoCycleTiles", [](Store &s) { s.setFlowAutoCycleTiles(true); }, "collage.flowAutoCycleTiles", true},
+        {"flowScrollPointerPause", [](Store &s) { s.selectFlowScrollPointerPause(QStringLiteral("Long")); },
+            "collage.flowScrollPointerPause", 5.0},
     };
-}
-
-TEST(CollageSlideshowSettingsStore, EveryMemberIsAPropertyWithItsOwnNotification)
-{
-    RecordingPreferences preferences;
-    const Store store(preferences);
-    const QMetaObject *meta = store.metaObject();
-    for (const Notifier &n : notifiers()) {
-        const int index = meta->indexOfProperty(n.property);
-        ASSERT_GE(index, 0) << n.property;
-        const QMetaProperty property = meta->property(index);
-        EXPECT_TRUE(property.isWritable()) << n.property;
-        EXPECT_EQ(property.notifySignal(), QMetaMethod::fromSignal(n.signal)) << n.property;
-    }
-}
-
-TEST(CollageSlideshowSettingsStore, StartsFromTheStoredSettingsAndWritesNothing)
-{
-    RecordingPreferences preferences;
-    CollageSlideshowSettings stored;
-    stored.defaultLayout = CollageLayout::scatter;
-    stored.flowScrollSpeed = 100.0; // read back clamped
-    stored.flowAutoCycleTiles = true;
-    ASSERT_EQ(stored.save(preferences), std::nullopt);
-    preferences.writes.clear();
-
-    const Store store(preferences);
-    EXPECT_EQ(store.defaultLayout(), CollageLayout::scatter);
-    EXPECT_EQ(store.flowScrollSpeed(), 72.0);
-    EXPECT_TRUE(store.flowAutoCycleTiles());
-    EXPECT_EQ(store.settings(), CollageSlideshowSettings::load(preferences));
-    EXPECT_FALSE(store.flowScrollReversed());
-    EXPECT_FALSE(store.flowScrollPaused());
-    EXPECT_TRUE(preferences.writes.isEmpty());
-}
-
-TEST(CollageSlideshowSettingsStore, ChangingOneFieldWritesAllFifteenKeysOnce)
-{
-    for (const FieldChange &row : fieldChanges()) {
+    for (const Row &row : rows) {
         RecordingPreferences preferences;
         Store store(preferences);
-        const SignalCounter counter(store);
+        const QMetaProperty property = store.metaObject()->property(store.metaObject()->indexOfProperty(row.property));
+        ASSERT_TRUE(property.hasNotifySignal()) << row.property;
+        QSignalSpy own(&store, property.notifySignal());
+        QSignalSpy settings(&store, &Store::settingsChanged);
         row.change(store);
 
-        ASSERT_EQ(preferences.writes.size(), 1) << row.property;
-        EXPECT_EQ(preferences.keysOf(preferences.writes.front()), allKeys) << row.property;
+        EXPECT_EQ(preferences.writes, QList<QStringList> {allKeys}) << row.property;
         EXPECT_EQ(preferences.value(QString::fromUtf8(row.key)), row.stored) << row.property;
-        RecordingPreferences defaults;
-        ASSERT_EQ(CollageSlideshowSettings {}.save(defaults), std::nullopt);
-        for (const auto &[key, value] : preferences.writes.front()) {
-            if (key != QString::fromUtf8(row.key))
-                EXPECT_EQ(value, defaults.value(key)) << row.property << ": " << key.toStdString();
-        }
-
-        const std::map<std::string, int> expectedSignals {{row.property, 1}, {"settings", 1}};
-        EXPECT_EQ(counter.counts(), expectedSignals) << row.property;
-
-        // The same value again: stored again, nothing to tell observers.
-        row.change(store);
-        EXPECT_EQ(preferences.writes.size(), 2) << row.property;
-        EXPECT_EQ(counter.counts(), expectedSignals) << row.property;
+        EXPECT_EQ(own.count(), 1) << row.property;
+        EXPECT_EQ(settings.count(), 1) << row.property;
     }
-}
-
-TEST(CollageSlideshowSettingsStore, AdjustingColumnsStaysWithinSixEitherWayAndAlwaysStores)
-{
-    const qint64 most = std::numeric_limits<qint64>::max();
-    const qint64 least = std::numeric_limits<qint64>::min();
-    struct Row {
-        qint64 start, delta, expected;
-    };
-    const Row rows[] = {
-        {0, 1, 1},
-        {0, -1, -1},
-        {2, 3, 5},
-        {6, 1, 6},
-        {-6, -1, -6},
-        {5, -20, -6},
-        {0, 0, 0},
-        {6, most, 6},
-        {-6, least, -6},
-        {1, least, -6},
-        {-1, most, 6},
-        {100, -1, 6}, // set outside the bounds by a program
-        {-100, 95, -5},
-        {most, 1, 6},
-        {least, -1, -6},
-    };
-    for (const Row &row : rows) {
-        RecordingPreferences preferences;
-        Store store(preferences);
-        store.setFlowColumnAdjustment(row.start);
-        preferences.writes.clear();
-
-        store.adjustFlowColumns(row.delta);
-        EXPECT_EQ(store.flowColumnAdjustment(), row.expected) << row.start << " by " << row.delta;
-        ASSERT_EQ(preferences.writes.size(), 1) << row.start << " by " << row.delta;
-        EXPECT_EQ(preferences.keysOf(preferences.writes.front()), allKeys);
-        EXPECT_EQ(preferences.integerValue(QStringLiteral("collage.flowColumnAdjustment")), row.expected);
-    }
-}
-
-TEST(CollageSlideshowSettingsStore, PresetsAreChosenByTheirExactLabel)
-{
-    struct Row {
-        bool (Store::*select)(const QString &);
-        const char *label;
-        double (Store::*read)() const;
-        double expected; // < 0: the label is unknown and nothing changes
-    };
-    const Row rows[] = {
-        {&Store::selectFlowScrollSpeed, "Slow", &Store::flowScrollSpeed, 9.0},
-        {&Store::selectFlowScrollSpeed, "Normal", &Store::flowScrollSpeed, 18.0},
-        {&Store::selectFlowScrollSpeed, "Fast", &Store::flowScrollSpeed, 36.0},
-        {&Store::selectFlowScrollSpeed, "Faster", &Store::flowScrollSpeed, 64.0},
-        {&Store::selectFlowScrollSpeed, "fast", &Store::flowScrollSpeed, -1},
-        {&Store::selectFlowScrollSpeed, "Brief", &Store::flowScrollSpeed, -1},
-        {&Store::selectFlowScrollSpeed, "", &Store::flowScrollSpeed, -1},
-        {&Store::selectFlowScrollPointerPause, "Never", &Store::flowScrollPointerPause, 0.0},
-        {&Store::selectFlowScrollPointerPause, "Brief", &Store::flowScrollPointerPause, 0.5},
-        {&Store::selectFlowScrollPointerPause, "Standard", &Store::flowScrollPointerPause, 2.0},
-        {&Store::selectFlowScrollPointerPause, "Long", &Store::flowScrollPointerPause, 5.0},
-        {&Store::selectFlowScrollPointerPause, "Normal", &Store::flowScrollPointerPause, -1},
-        {&Store::selectFlowScrollPointerPause, "Long ", &Store::flowScrollPointerPause, -1},
-    };
-    for (const Row &row : rows) {
-        RecordingPreferences preferences;
-        Store store(preferences);
-        store.setFlowScrollSpeed(50.0);
-        store.setFlowScrollPointerPause(1.0);
-        preferences.writes.clear();
-        const double before = (store.*row.read)();
-
-        const bool known = (store.*row.select)(QString::fromUtf8(row.label));
-        EXPECT_EQ(known, row.expected >= 0) << row.label;
-        EXPECT_EQ((store.*row.read)(), known ? row.expected : before) << row.label;
-        EXPECT_EQ(preferences.writes.size(), known ? 1 : 0) << row.label;
-    }
+    RecordingPreferences preferences;
+    Store store(preferences);
+    QSignalSpy settings(&store, &Store::settingsChanged);
+    store.setFlowScrollSpeed(store.flowScrollSpeed());
+    EXPECT_EQ(preferences.writes.size(), 1);
+    EXPECT_EQ(settings.count(), 0);
+    // Whole settings are written once, and each changed member is told.
+    CollageSlideshowSettings wanted = store.settings();
+    wanted.defaultLayout = CollageLayout::collage;
+    wanted.showTileHoverControls = false;
+    QSignalSpy layout(&store, &Store::defaultLayoutChanged);
+    store.setSettings(wanted);
+    EXPECT_EQ(store.settings(), wanted);
+    EXPECT_EQ(CollageSlideshowSettings::load(preferences), wanted);
+    EXPECT_EQ(preferences.writes.size(), 2);
+    EXPECT_EQ(layout.count(), 1);
+    EXPECT_EQ(settings.count(), 1);
+    // Unknown labels change nothing.
+    EXPECT_FALSE(store.selectFlowScrollSpeed(QStringLiteral("fast")));
+    EXPECT_FALSE(store.selectFlowScrollPointerPause(QStringLiteral("Long ")));
+    EXPECT_EQ(preferences.writes.size(), 2);
 }
 
 TEST(CollageSlideshowSettingsStore, LabelsNameTheNearestPresetAndTiesKeepTheEarlier)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    const std::pair<double, const char *> speeds[]
-        = {{13.5, "Slow"}, {13.6, "Normal"}, {50.0, "Fast"}, {50.1, "Faster"}, {27.0, "Normal"}, {27.1, "Fast"},
-            {9.0, "Slow"}, {0.0, "Slow"}, {-5.0, "Slow"}, {18.0, "Normal"}, {1000.0, "Faster"}, {nan, "Slow"}};
+    const std::pair<double, const char *> speeds[] = {{13.5, "Slow"}, {13.6, "Normal"}, {50.0, "Fast"},
+        {50.1, "Faster"}, {27.0, "Normal"}, {-5.0, "Slow"}, {1000.0, "Faster"}, {nan, "Slow"}};
     for (const auto &[speed, label] : speeds)
         EXPECT_EQ(Store::flowScrollSpeedLabel(speed), QString::fromUtf8(label)) << speed;
-
-    const std::pair<double, const char *> pauses[]
-        = {{0.25, "Never"}, {0.26, "Brief"}, {1.25, "Brief"}, {1.3, "Standard"}, {3.5, "Standard"}, {3.6, "Long"},
-            {-1.0, "Never"}, {60.0, "Long"}, {0.5, "Brief"}, {nan, "Never"}};
+    const std::pair<double, const char *> pauses[] = {{0.25, "Never"}, {0.26, "Brief"}, {1.3, "Standard"},
+        {3.5, "Standard"}, {3.6, "Long"}, {-1.0, "Never"}, {nan, "Never"}};
     for (const auto &[pause, label] : pauses)
         EXPECT_EQ(Store::flowScrollPointerPauseLabel(pause), QString::fromUtf8(label)) << pause;
-}
-
-TEST(CollageSlideshowSettingsStore, TogglingStoresOnlyTheStoredFlags)
-{
-    struct Row {
-        Store::Flag flag;
-        bool (Store::*read)() const;
-        const char *property;
-        bool stored;
-    };
-    const Row rows[] = {
-        {Store::Flag::shuffleVariedLayout, &Store::shuffleVariedLayout, "shuffleVariedLayout", true},
-        {Store::Flag::showTileHoverControls, &Store::showTileHoverControls, "showTileHoverControls", true},
-        {Store::Flag::flowStaggerSwaps, &Store::flowStaggerSwaps, "flowStaggerSwaps", true},
-        {Store::Flag::flowInfiniteScroll, &Store::flowInfiniteScroll, "flowInfiniteScroll", true},
-        {Store::Flag::flowScrollBidirectional, &Store::flowScrollBidirectional, "flowScrollBidirectional", true},
-        {Store::Flag::flowAutoCycleTiles, &Store::flowAutoCycleTiles, "flowAutoCycleTiles", true},
-        {Store::Flag::flowScrollReversed, &Store::flowScrollReversed, "flowScrollReversed", false},
-        {Store::Flag::flowScrollPaused, &Store::flowScrollPaused, "flowScrollPaused", false},
-    };
-    for (const Row &row : rows) {
-        RecordingPreferences preferences;
-        Store store(preferences);
-        const SignalCounter counter(store);
-        const bool before = (store.*row.read)();
-
-        store.toggle(row.flag);
-        EXPECT_EQ((store.*row.read)(), !before) << row.property;
-        EXPECT_EQ(preferences.writes.size(), row.stored ? 1 : 0) << row.property;
-        EXPECT_EQ((Store(preferences).*row.read)(), row.stored ? !before : before) << row.property;
-
-        store.toggle(row.flag);
-        EXPECT_EQ((store.*row.read)(), before) << row.property;
-        std::map<std::string, int> expectedSignals {{row.property, 2}};
-        if (row.stored)
-            expectedSignals["settings"] = 2;
-        EXPECT_EQ(counter.counts(), expectedSignals) << row.property;
-    }
-}
-
-TEST(CollageSlideshowSettingsStore, TakingWholeSettingsWritesOnceAndTellsEachChange)
-{
-    RecordingPreferences preferences;
-    Store store(preferences);
-    const SignalCounter counter(store);
-    CollageSlideshowSettings wanted = store.settings();
-    wanted.defaultLayout = CollageLayout::collage;
-    wanted.flowScrollSpeed = 36.0;
-
-    store.setSettings(wanted);
-    EXPECT_EQ(store.settings(), wanted);
-    ASSERT_EQ(preferences.writes.size(), 1);
-    EXPECT_EQ(preferences.keysOf(preferences.writes.front()), allKeys);
-    EXPECT_EQ(CollageSlideshowSettings::load(preferences), wanted);
-    const std::map<std::string, int> expectedSignals {{"defaultLayout", 1}, {"flowScrollSpeed", 1}, {"settings", 1}};
-    EXPECT_EQ(counter.counts(), expectedSignals);
 }
 
 TEST(CollageSlideshowSettingsStore, ChangesOutliveTheRunButPerRunFlagsDoNot)
@@ -349,42 +135,27 @@ TEST(CollageSlideshowSettingsStore, ChangesOutliveTheRunButPerRunFlagsDoNot)
         PreferenceStore preferences(folder.path());
         Store store(preferences);
         store.setFlowOrientation(FlowOrientation::horizontal);
+        store.setDefaultLayout(CollageLayout::scatter);
+        store.toggle(Store::Flag::showTileHoverControls);
         store.adjustFlowColumns(-2);
         ASSERT_TRUE(store.selectFlowScrollSpeed(QStringLiteral("Faster")));
+        ASSERT_TRUE(store.selectFlowScrollPointerPause(QStringLiteral("Standard")));
         store.toggle(Store::Flag::flowScrollPaused);
         store.toggle(Store::Flag::flowScrollReversed);
+        EXPECT_TRUE(store.flowScrollPaused() && store.flowScrollReversed());
     }
     PreferenceStore preferences(folder.path());
     const Store store(preferences);
     EXPECT_EQ(store.flowOrientation(), FlowOrientation::horizontal);
+    EXPECT_EQ(store.defaultLayout(), CollageLayout::scatter);
+    EXPECT_FALSE(store.showTileHoverControls());
     EXPECT_EQ(store.flowColumnAdjustment(), -2);
     EXPECT_EQ(store.flowScrollSpeed(), 64.0);
+    EXPECT_EQ(store.flowScrollPointerPause(), 2.0);
     EXPECT_FALSE(store.flowScrollPaused());
     EXPECT_FALSE(store.flowScrollReversed());
     for (const QString &key : allKeys)
         EXPECT_TRUE(preferences.contains(key)) << key.toStdString();
-}
-
-TEST(CollageSlideshowSettingsStore, ABundlesSettingsPlayWithoutTouchingTheViewersOwn)
-{
-    RecordingPreferences viewers;
-    Store own(viewers);
-    own.setFlowScrollSpeed(9.0);
-    viewers.writes.clear();
-
-    BundlePlaybackPreferences playback;
-    playback.collageLayout = CollageLayout::scatter;
-    playback.flow.scrollSpeed = 64.0;
-    InMemoryPreferences forThisBundle;
-    Store bundle(forThisBundle);
-    bundle.setSettings(CollageSlideshowSettings::forBundle(playback, own.settings()));
-    bundle.toggle(Store::Flag::flowAutoCycleTiles);
-
-    EXPECT_EQ(bundle.defaultLayout(), CollageLayout::scatter);
-    EXPECT_EQ(bundle.flowScrollSpeed(), 64.0);
-    EXPECT_TRUE(viewers.writes.isEmpty());
-    EXPECT_EQ(Store(viewers).flowScrollSpeed(), 9.0);
-    EXPECT_EQ(Store(viewers).defaultLayout(), CollageLayout::flow);
 }
 
 } // namespace

@@ -10,7 +10,6 @@
 #include <QTemporaryDir>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 namespace sorvane {
@@ -44,17 +43,12 @@ std::vector<Stored> everyKindOfValue()
     const double inf = std::numeric_limits<double>::infinity();
     return {
         {"true", true},
-        {"false", false},
         {"four", qint64(4)},
-        {"zero", qint64(0)},
         {"negative", qint64(-17)},
         {"largest", std::numeric_limits<qint64>::max()},
         {"smallest", std::numeric_limits<qint64>::min()},
         {"four point zero", 4.0},
-        {"zero point zero", 0.0},
         {"negative zero", -0.0},
-        {"half", 0.5},
-        {"huge", 1e300},
         {"tiny", 5e-324},
         {"nan", std::numeric_limits<double>::quiet_NaN()},
         {"infinity", inf},
@@ -62,11 +56,8 @@ std::vector<Stored> everyKindOfValue()
         {"empty text", QString()},
         {"text", QStringLiteral("Grüße, \"quoted\"\n")},
         {"text that looks like a number", QStringLiteral("4")},
-        {"text that spells nan", QStringLiteral("nan")},
         {"object", QJsonObject {{"intervalSeconds", 5}, {"loop", true}}},
-        {"empty object", QJsonObject {}},
         {"array", QJsonArray {QJsonObject {{"id", "a"}}, 2, "three"}},
-        {"empty array", QJsonArray {}},
     };
 }
 
@@ -98,42 +89,6 @@ TEST_F(PreferenceStoreTest, EveryValueComesBackWithItsTypeFromTheFile)
         EXPECT_TRUE(identical(*read, entry.value))
             << entry.key << ": wrote a " << typeName(entry.value) << ", read a " << typeName(*read);
     }
-}
-
-TEST_F(PreferenceStoreTest, TypedGettersAnswerOnlyForTheirOwnType)
-{
-    PreferenceStore store(folder());
-    ASSERT_EQ(store.setValues({{"bool", true}, {"integer", qint64(4)}, {"double", 4.0},
-                  {"string", QStringLiteral("true")}, {"object", QJsonObject {{"a", 1}}}, {"array", QJsonArray {1}}}),
-        std::nullopt);
-    const PreferenceStore s(folder());
-    struct Row {
-        const char *key;
-        bool isBool, isInteger, isDouble, isString, isObject, isArray;
-    };
-    const Row rows[] = {
-        {"bool", true, false, false, false, false, false},
-        {"integer", false, true, false, false, false, false},
-        {"double", false, false, true, false, false, false},
-        {"string", false, false, false, true, false, false},
-        {"object", false, false, false, false, true, false},
-        {"array", false, false, false, false, false, true},
-        {"missing", false, false, false, false, false, false},
-    };
-    for (const Row &row : rows) {
-        const QString key = QString::fromUtf8(row.key);
-        EXPECT_EQ(s.boolValue(key).has_value(), row.isBool) << row.key;
-        EXPECT_EQ(s.integerValue(key).has_value(), row.isInteger) << row.key;
-        EXPECT_EQ(s.doubleValue(key).has_value(), row.isDouble) << row.key;
-        EXPECT_EQ(s.stringValue(key).has_value(), row.isString) << row.key;
-        EXPECT_EQ(s.objectValue(key).has_value(), row.isObject) << row.key;
-        EXPECT_EQ(s.arrayValue(key).has_value(), row.isArray) << row.key;
-        EXPECT_EQ(s.contains(key), strcmp(row.key, "missing") != 0) << row.key;
-    }
-    EXPECT_EQ(s.boolValue(QStringLiteral("bool")), true);
-    EXPECT_EQ(s.integerValue(QStringLiteral("integer")), 4);
-    EXPECT_EQ(s.doubleValue(QStringLiteral("double")), 4.0);
-    EXPECT_EQ(s.stringValue(QStringLiteral("string")), QStringLiteral("true"));
 }
 
 TEST_F(PreferenceStoreTest, EachValueIsStoredWithItsTypeBesideIt)
@@ -193,37 +148,22 @@ TEST_F(PreferenceStoreTest, EntriesItCannotReadAreMissingButKept)
     EXPECT_EQ(onDisk.size(), 7);
 }
 
-TEST_F(PreferenceStoreTest, TwoStoresOnOneFileKeepEachOthersKeys)
-{
-    PreferenceStore first(folder());
-    PreferenceStore second(folder());
-    ASSERT_EQ(first.setValue(QStringLiteral("com.vindra.tags"), QJsonArray {1}), std::nullopt);
-    ASSERT_EQ(second.setValue(QStringLiteral("collage.flowScrollSpeed"), 36.0), std::nullopt);
-    ASSERT_EQ(first.remove(QStringLiteral("nothing here")), std::nullopt);
-
-    const PreferenceStore reopened(folder());
-    EXPECT_EQ(reopened.arrayValue(QStringLiteral("com.vindra.tags")), QJsonArray {1});
-    EXPECT_EQ(reopened.doubleValue(QStringLiteral("collage.flowScrollSpeed")), 36.0);
-    EXPECT_EQ(second.arrayValue(QStringLiteral("com.vindra.tags")), QJsonArray {1});
-}
-
-TEST_F(PreferenceStoreTest, RemoveTakesTheKeyOutOfTheFile)
-{
-    PreferenceStore store(folder());
-    ASSERT_EQ(store.setValues({{"gone", true}, {"kept", true}}), std::nullopt);
-    ASSERT_EQ(store.remove(QStringLiteral("gone")), std::nullopt);
-    EXPECT_FALSE(store.contains(QStringLiteral("gone")));
-    const PreferenceStore reopened(folder());
-    EXPECT_FALSE(reopened.contains(QStringLiteral("gone")));
-    EXPECT_EQ(reopened.boolValue(QStringLiteral("kept")), true);
-}
-
-TEST_F(PreferenceStoreTest, NothingIsWrittenBeforeTheFirstChange)
+TEST_F(PreferenceStoreTest, NothingIsWrittenBeforeTheFirstChangeAndRemovedKeysLeaveTheFile)
 {
     PreferenceStore store(folder());
     EXPECT_FALSE(store.contains(QStringLiteral("x")));
     EXPECT_EQ(store.remove(QStringLiteral("x")), std::nullopt);
     EXPECT_FALSE(QFileInfo::exists(folder()));
+
+    // Typed reads answer only for their own type; a removed key leaves the file.
+    ASSERT_EQ(store.setValues({{"object", QJsonObject {{"a", 1}}}, {"array", QJsonArray {1}}}), std::nullopt);
+    EXPECT_EQ(store.objectValue(QStringLiteral("object")), (QJsonObject {{"a", 1}}));
+    EXPECT_EQ(store.arrayValue(QStringLiteral("object")), std::nullopt);
+    EXPECT_EQ(store.arrayValue(QStringLiteral("array")), QJsonArray {1});
+    ASSERT_EQ(store.remove(QStringLiteral("object")), std::nullopt);
+    const PreferenceStore reopened(folder());
+    EXPECT_FALSE(reopened.contains(QStringLiteral("object")));
+    EXPECT_TRUE(reopened.contains(QStringLiteral("array")));
 }
 
 TEST_F(PreferenceStoreTest, AFailedWriteChangesNothing)
@@ -246,13 +186,6 @@ TEST_F(PreferenceStoreTest, AFailedWriteChangesNothing)
     PreferenceStore nowhere(QDir(blocked).filePath(QStringLiteral("sub")));
     EXPECT_TRUE(nowhere.setValue(QStringLiteral("k"), true).has_value());
     EXPECT_FALSE(nowhere.contains(QStringLiteral("k")));
-}
-
-TEST_F(PreferenceStoreTest, AnUnreadableFileReadsAsEmpty)
-{
-    ASSERT_TRUE(QDir().mkpath(file()));
-    const PreferenceStore store(folder());
-    EXPECT_FALSE(store.contains(QStringLiteral("k")));
 }
 
 } // namespace

@@ -36,36 +36,6 @@ protected:
     QTemporaryDir dir;
 };
 
-struct FitCase {
-    const char *name;
-    const char *format;
-    QSize source;
-    QSize tile;
-    QSize expected;
-};
-
-TEST_F(QtThumbnailDecoderTest, FitsThePictureInsideTheTileWithoutEnlargingIt)
-{
-    const FitCase cases[] = {
-        {"landscape jpeg", "jpg", {1600, 1200}, {256, 256}, {256, 192}},
-        {"portrait png", "png", {600, 800}, {256, 256}, {192, 256}},
-        {"wide tile", "jpg", {800, 600}, {300, 100}, {133, 100}},
-        {"webp", "webp", {800, 400}, {200, 200}, {200, 100}},
-        {"smaller than the tile", "png", {100, 50}, {256, 256}, {100, 50}},
-    };
-    QtThumbnailDecoder decoder;
-    for (const FitCase &c : cases) {
-        SCOPED_TRACE(c.name);
-        const QUrl url = write(QStringLiteral("picture"), encoded(halves(c.source), c.format));
-        const ThumbnailResult result = decoder.decode(url, c.tile);
-        ASSERT_TRUE(result.ok()) << result.error.toStdString();
-        EXPECT_EQ(result.size(), c.expected);
-        EXPECT_EQ(imageOf(result).size(), c.expected);
-        // The cache charges this: at least the bytes of the pixels it keeps.
-        EXPECT_GE(result.thumbnail->cost(), qint64(c.expected.width()) * c.expected.height() * 3);
-    }
-}
-
 TEST_F(QtThumbnailDecoderTest, DecodesALargePhotoAtTileSizeWithoutHoldingItWhole)
 {
     // A real 8000 x 6000 JPEG, written from a 1-bit picture so the test itself stays small:
@@ -91,31 +61,6 @@ TEST_F(QtThumbnailDecoderTest, DecodesALargePhotoAtTileSizeWithoutHoldingItWhole
 
     // The limit is what the tile decode stayed within: the whole picture does not fit in it.
     EXPECT_FALSE(decoder.decode(url, {8000, 6000}).ok());
-}
-
-TEST_F(QtThumbnailDecoderTest, TurnsPicturesUpright)
-{
-    const QByteArray landscape = encoded(halves({400, 200}), "jpg");
-    QtThumbnailDecoder decoder;
-
-    // Orientation 6: a quarter turn clockwise, so the stored left half ends up on top.
-    const ThumbnailResult turned
-        = decoder.decode(write(QStringLiteral("turned.jpg"), test::withExifOrientation(landscape, 6)), {100, 100});
-    ASSERT_TRUE(turned.ok()) << turned.error.toStdString();
-    ASSERT_EQ(turned.size(), QSize(50, 100));
-    const QImage image = imageOf(turned);
-    EXPECT_GT(qRed(image.pixel(25, 5)), 200);
-    EXPECT_LT(qBlue(image.pixel(25, 5)), 60);
-    EXPECT_GT(qBlue(image.pixel(25, 95)), 200);
-    EXPECT_LT(qRed(image.pixel(25, 95)), 60);
-
-    // Orientation 3: upside down, so red ends up on the right.
-    const ThumbnailResult flipped
-        = decoder.decode(write(QStringLiteral("flipped.jpg"), test::withExifOrientation(landscape, 3)), {100, 100});
-    ASSERT_TRUE(flipped.ok()) << flipped.error.toStdString();
-    ASSERT_EQ(flipped.size(), QSize(100, 50));
-    EXPECT_GT(qRed(imageOf(flipped).pixel(95, 25)), 200);
-    EXPECT_GT(qBlue(imageOf(flipped).pixel(5, 25)), 200);
 }
 
 struct RefusedCase {

@@ -59,20 +59,12 @@ TEST_F(SlideImageDecoderTest, DecodesAtTheSizeTheScalingModeNeeds)
     const ScalingCase cases[] = {
         {"landscape fit", "png", {800, 600}, fitToScreen, {400, 400}, {400, 300}},
         {"landscape fill", "png", {800, 600}, fillScreen, {400, 400}, {533, 400}},
-        {"portrait fit", "png", {600, 800}, fitToScreen, {400, 400}, {300, 400}},
-        {"portrait fill", "png", {600, 800}, fillScreen, {400, 400}, {400, 533}},
-        {"fit into a wide screen", "png", {800, 600}, fitToScreen, {1000, 500}, {667, 500}},
         {"fill never enlarges either side", "png", {800, 600}, fillScreen, {1000, 500}, {800, 600}},
-        {"small picture fit", "png", {100, 50}, fitToScreen, {1920, 1080}, {100, 50}},
-        {"small picture fill", "png", {100, 50}, fillScreen, {1920, 1080}, {100, 50}},
         {"actual size ignores the target", "png", {800, 600}, actualSize, {400, 400}, {800, 600}},
         {"no target", "png", {800, 600}, fitToScreen, {}, {800, 600}},
         {"width only", "png", {800, 600}, fitToScreen, {200, 0}, {200, 150}},
-        {"height only", "png", {800, 600}, fillScreen, {-1, 300}, {400, 300}},
         {"thin strip keeps a pixel", "png", {4000, 2}, fitToScreen, {100, 100}, {100, 1}},
         {"jpeg fit", "jpg", {1600, 1200}, fitToScreen, {400, 400}, {400, 300}},
-        {"jpeg fill", "jpg", {1200, 1600}, fillScreen, {640, 360}, {640, 853}},
-        {"jpeg actual", "jpg", {640, 480}, actualSize, {100, 100}, {640, 480}},
         {"progressive jpeg fit", "progressive", {1600, 1200}, fitToScreen, {400, 400}, {400, 300}},
         {"webp fit", "webp", {800, 600}, fitToScreen, {200, 200}, {200, 150}},
     };
@@ -100,14 +92,6 @@ TEST_F(SlideImageDecoderTest, AGifLargerThanItsFrameStillFitsWhatWasAsked)
         EXPECT_EQ(result.sourceSize, QSize(4096, 24));
         EXPECT_EQ(result.image.size(), scaling == ImageScalingMode::actualSize ? QSize(4096, 24) : QSize(1024, 6));
     }
-}
-
-TEST_F(SlideImageDecoderTest, TrustsTheContentOverTheFileName)
-{
-    const QString path = write(QStringLiteral("really-a-png.jpg"), encoded(halves({300, 200}), "png"));
-    const SlideDecodeResult result = SlideImageDecoder::decode({path, {150, 150}, ImageScalingMode::fitToScreen});
-    ASSERT_TRUE(result.ok()) << result.error.toStdString();
-    EXPECT_EQ(result.image.size(), QSize(150, 100));
 }
 
 struct OrientationCase {
@@ -150,20 +134,6 @@ TEST_F(SlideImageDecoderTest, TurnsPicturesUprightBeforeScalingThem)
     }
 }
 
-TEST_F(SlideImageDecoderTest, AppliesTheFilter)
-{
-    const QString path = write(QStringLiteral("colour.png"), encoded(halves({64, 32}), "png"));
-    const SlideDecodeResult result
-        = SlideImageDecoder::decode({path, {32, 32}, ImageScalingMode::fitToScreen, ImageFilter::blackAndWhite});
-    ASSERT_TRUE(result.ok()) << result.error.toStdString();
-    for (const QPoint p : {QPoint(2, 8), QPoint(29, 8)}) {
-        const QRgb pixel = result.image.pixel(p);
-        EXPECT_EQ(qRed(pixel), qGreen(pixel));
-        EXPECT_EQ(qGreen(pixel), qBlue(pixel));
-    }
-    EXPECT_NE(result.image.pixel(2, 8), result.image.pixel(29, 8));
-}
-
 struct BrokenCase {
     const char *name;
     const char *fileName;
@@ -178,16 +148,12 @@ TEST_F(SlideImageDecoderTest, RefusesWhatCannotOrMustNotBeShown)
 {
     using enum ImageScalingMode;
     const QByteArray png = encoded(halves({64, 64}), "png");
-    const QByteArray jpeg = encoded(halves({64, 64}), "jpg");
     const QByteArray progressive = encoded(halves({64, 64}), "progressive");
     const BrokenCase cases[] = {
         {"missing file", "missing.jpg", false, {}, fitToScreen, nullptr},
         {"empty file", "empty.png", true, {}, fitToScreen, nullptr},
-        {"text", "notes.jpg", true, "just some notes, not a picture\n", fitToScreen, nullptr},
         {"noise", "noise.jpg", true, noise(4096), fitToScreen, nullptr},
-        {"png cut inside its header", "cut.png", true, png.left(20), fitToScreen, nullptr},
         {"png signature then noise", "junk.png", true, png.left(8) + noise(2048), actualSize, nullptr},
-        {"jpeg markers then noise", "junk.jpg", true, jpeg.left(2) + noise(2048), actualSize, nullptr},
         {"50000 x 50000 png", "huge.png", true, test::pngClaiming(50000, 50000), fitToScreen,
             "image is too large to show"},
         {"20000 x 20000 png at actual size", "big.png", true, test::pngClaiming(20000, 20000), actualSize,
@@ -217,6 +183,10 @@ TEST_F(SlideImageDecoderTest, RefusesWhatCannotOrMustNotBeShown)
         else
             EXPECT_NE(result.error.toStdString(), "image is too large to show");
     }
+    // A folder where a picture should be.
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("folder.jpg")));
+    EXPECT_FALSE(
+        SlideImageDecoder::decode({dir.filePath(QStringLiteral("folder.jpg")), {1920, 1080}, fitToScreen}).ok());
 }
 
 TEST_F(SlideImageDecoderTest, LargeSequentialJpegsStreamAtTheirDecodedSize)
@@ -229,13 +199,6 @@ TEST_F(SlideImageDecoderTest, LargeSequentialJpegsStreamAtTheirDecodedSize)
     ASSERT_TRUE(result.ok()) << result.error.toStdString();
     EXPECT_EQ(result.image.size(), QSize(400, 300));
     EXPECT_EQ(result.sourceSize, QSize(12000, 9000));
-}
-
-TEST_F(SlideImageDecoderTest, ADirectoryIsNoPicture)
-{
-    const SlideDecodeResult result = SlideImageDecoder::decode({dir.path(), {100, 100}});
-    EXPECT_FALSE(result.ok());
-    EXPECT_FALSE(result.error.isEmpty());
 }
 
 } // namespace

@@ -75,41 +75,6 @@ TEST_F(ResumeStoreTest, RoundTripKeepsEveryFieldToTheSecond)
     }
 }
 
-TEST_F(ResumeStoreTest, FileNameIsTheHashOfTheId)
-{
-    const QString id = QStringLiteral("Ünïcode bundle ✓");
-    ASSERT_TRUE(store.save({id, 1, savedAt, std::nullopt}));
-    EXPECT_EQ(entries(folder), QStringList {expectedFileName(id)});
-    EXPECT_EQ(store.filePath(id), pathFor(id));
-}
-
-TEST_F(ResumeStoreTest, OneFilePerBundleIdReplacedInPlace)
-{
-    ASSERT_TRUE(store.save({QStringLiteral("a"), 3, savedAt, std::nullopt}));
-    ASSERT_TRUE(store.save({QStringLiteral("b"), 4, savedAt, std::nullopt}));
-    ASSERT_TRUE(store.save({QStringLiteral("a"), 5, savedAt, QStringLiteral("classic")}));
-
-    EXPECT_EQ(entries(folder).size(), 2);
-    EXPECT_EQ(store.load(QStringLiteral("a"))->itemIndex, 5);
-    EXPECT_EQ(store.load(QStringLiteral("a"))->style, QStringLiteral("classic"));
-    EXPECT_EQ(store.load(QStringLiteral("b"))->itemIndex, 4);
-}
-
-TEST_F(ResumeStoreTest, MissingOrEmptyIdNeitherLoadsNorWrites)
-{
-    for (const std::optional<QString> &id : {std::optional<QString>(), std::optional<QString>(QString())}) {
-        EXPECT_FALSE(store.load(id));
-        EXPECT_FALSE(store.save({id, 2, savedAt, std::nullopt}));
-    }
-    EXPECT_TRUE(entries(tmp.path()).isEmpty());
-}
-
-TEST_F(ResumeStoreTest, RecordThatCouldNotBeReadBackIsNotSaved)
-{
-    EXPECT_FALSE(store.save({QStringLiteral("a"), 2, QDateTime(), std::nullopt}));
-    EXPECT_TRUE(entries(tmp.path()).isEmpty());
-}
-
 TEST_F(ResumeStoreTest, HandWrittenFilesLoadOnlyWhenWellFormed)
 {
     const struct {
@@ -118,23 +83,17 @@ TEST_F(ResumeStoreTest, HandWrittenFilesLoadOnlyWhenWellFormed)
     } table[] = {
         {R"({"bundle_id":"id","item_index":3,"saved_utc":"2026-01-01T00:00:00Z","style":"classic"})", true},
         {R"({"bundle_id":"id","item_index":3,"saved_utc":"2026-01-01T00:00:00.250Z","style":null})", true},
-        {R"({"bundle_id":"id","item_index":3,"saved_utc":"2026-01-01T00:00:00Z","extra":[1]})", true},
         // Edited to another bundle's id, or stripped of it.
         {R"({"bundle_id":"other","item_index":3,"saved_utc":"2026-01-01T00:00:00Z"})", false},
-        {R"({"bundle_id":"ID","item_index":3,"saved_utc":"2026-01-01T00:00:00Z"})", false},
         {R"({"item_index":3,"saved_utc":"2026-01-01T00:00:00Z"})", false},
         // Not JSON, or not an object.
         {R"({"bundle_id":"id","item_index":3,)", false},
-        {"", false},
         {R"([{"bundle_id":"id","item_index":3,"saved_utc":"2026-01-01T00:00:00Z"}])", false},
         // Mistyped members.
         {R"({"bundle_id":"id","item_index":"3","saved_utc":"2026-01-01T00:00:00Z"})", false},
         {R"({"bundle_id":"id","item_index":3.5,"saved_utc":"2026-01-01T00:00:00Z"})", false},
-        {R"({"bundle_id":"id","item_index":true,"saved_utc":"2026-01-01T00:00:00Z"})", false},
         {R"({"bundle_id":"id","saved_utc":"2026-01-01T00:00:00Z"})", false},
-        {R"({"bundle_id":7,"item_index":3,"saved_utc":"2026-01-01T00:00:00Z"})", false},
         {R"({"bundle_id":"id","item_index":3,"saved_utc":"2026-01-01T00:00:00Z","style":1})", false},
-        {R"({"bundle_id":"id","item_index":3,"saved_utc":1767225600})", false},
         {R"({"bundle_id":"id","item_index":3,"saved_utc":"yesterday"})", false},
         {R"({"bundle_id":"id","item_index":3})", false},
     };
@@ -159,8 +118,15 @@ TEST_F(ResumeStoreTest, FilesLargerThanTheLimitAreRefused)
     }
 }
 
-TEST_F(ResumeStoreTest, FolderWhereTheFileShouldBe)
+TEST_F(ResumeStoreTest, NothingIsKeptWithoutAnIdOrAReadableRecordOrWhereAFolderIsInTheWay)
 {
+    for (const std::optional<QString> &id : {std::optional<QString>(), std::optional<QString>(QString())}) {
+        EXPECT_FALSE(store.load(id));
+        EXPECT_FALSE(store.save({id, 2, savedAt, std::nullopt}));
+    }
+    // A record with no valid time would be refused when read back.
+    EXPECT_FALSE(store.save({QStringLiteral("a"), 2, QDateTime(), std::nullopt}));
+    EXPECT_TRUE(entries(tmp.path()).isEmpty());
     ASSERT_TRUE(QDir().mkpath(pathFor(QStringLiteral("id"))));
     EXPECT_FALSE(store.load(QStringLiteral("id")));
     EXPECT_FALSE(store.save({QStringLiteral("id"), 1, savedAt, std::nullopt}));
@@ -171,20 +137,6 @@ TEST_F(ResumeStoreTest, SaveFailsWhenTheFolderCannotBeCreated)
     ASSERT_TRUE(writeRaw(tmp.path() + QStringLiteral("/SorvanePlayer"), "in the way"));
     EXPECT_FALSE(store.save({QStringLiteral("id"), 1, savedAt, std::nullopt}));
     EXPECT_FALSE(store.load(QStringLiteral("id")));
-}
-
-TEST(ResumeStore, CurrentUserFolderIsUnderTheDataFolder)
-{
-    QTemporaryDir home;
-    const std::optional<QByteArray> previous
-        = qEnvironmentVariableIsSet("XDG_DATA_HOME") ? std::optional(qgetenv("XDG_DATA_HOME")) : std::nullopt;
-    qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
-    const QString folder = ResumeStore::forCurrentUser().folder();
-    if (previous)
-        qputenv("XDG_DATA_HOME", *previous);
-    else
-        qunsetenv("XDG_DATA_HOME");
-    EXPECT_EQ(folder, home.path() + QStringLiteral("/SorvanePlayer/resume"));
 }
 
 TEST(ResumeRecord, StartPositionOnlyInsideThePlayOrder)

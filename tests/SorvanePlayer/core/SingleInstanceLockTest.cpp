@@ -91,37 +91,6 @@ protected:
     QString lockPath() const { return folder + QStringLiteral("/org.sorvane.SorvanePlayer.lock"); }
 };
 
-TEST_F(SingleInstanceLockTest, OnlyOneHolderUntilReleased)
-{
-    SingleInstanceLock first(folder);
-    SingleInstanceLock second(folder);
-
-    ASSERT_EQ(first.tryAcquire(), Outcome::acquired);
-    EXPECT_TRUE(first.isHeld());
-    EXPECT_EQ(first.filePath(), lockPath());
-    EXPECT_TRUE(QFileInfo(lockPath()).isFile());
-
-    EXPECT_EQ(second.tryAcquire(), Outcome::heldElsewhere);
-    EXPECT_FALSE(second.isHeld());
-    EXPECT_EQ(first.tryAcquire(), Outcome::acquired) << "asking again while holding";
-
-    first.release();
-    EXPECT_FALSE(first.isHeld());
-    EXPECT_FALSE(QFileInfo::exists(lockPath()));
-    EXPECT_EQ(second.tryAcquire(), Outcome::acquired);
-    EXPECT_EQ(first.tryAcquire(), Outcome::heldElsewhere);
-}
-
-TEST_F(SingleInstanceLockTest, DestroyingTheHolderFreesTheLock)
-{
-    {
-        SingleInstanceLock first(folder);
-        ASSERT_EQ(first.tryAcquire(), Outcome::acquired);
-    }
-    SingleInstanceLock second(folder);
-    EXPECT_EQ(second.tryAcquire(), Outcome::acquired);
-}
-
 TEST_F(SingleInstanceLockTest, LockOfAnotherProcessHoldsOnlyWhileItRuns)
 {
     const struct {

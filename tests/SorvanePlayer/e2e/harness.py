@@ -3,7 +3,6 @@ its windows, screenshots of every screen, its exit code and memory.
 
 Standard library only, so the suite runs wherever the player builds."""
 
-import datetime
 import hashlib
 import json
 import os
@@ -11,11 +10,8 @@ import re
 import select
 import shutil
 import signal
-import struct
 import subprocess
-import tempfile
 import time
-import zlib
 
 LOG_PREFIX = "sorvane.player: "
 REQUIRED_TOOLS = ("Xvfb", "xdotool", "import")
@@ -23,10 +19,6 @@ REQUIRED_TOOLS = ("Xvfb", "xdotool", "import")
 DISPLAY_NUMBERS = range(100, 140)
 TWO_SCREENS = ((1920, 1080), (1280, 720))
 ONE_SCREEN = ((1920, 1080),)
-
-
-def missing_tools():
-    return [tool for tool in REQUIRED_TOOLS if shutil.which(tool) is None]
 
 
 class WaitTimeout(AssertionError):
@@ -90,32 +82,16 @@ class Screenshot:
     """An 8-bit RGB picture of one screen."""
 
     def __init__(self, width, height, rgb):
-        self.width = width
-        self.height = height
-        self.rgb = rgb
+        self.width, self.height, self.rgb = width, height, rgb
 
     @classmethod
     def from_ppm(cls, data):
-        fields = []
-        pos = 0
-        # "P6 <w> <h> <max>" then one whitespace byte, then the pixels.
-        while len(fields) < 4:
-            while data[pos:pos + 1].isspace():
-                pos += 1
-            if data[pos:pos + 1] == b"#":
-                pos = data.index(b"\n", pos) + 1
-                continue
-            end = pos
-            while not data[end:end + 1].isspace():
-                end += 1
-            fields.append(data[pos:end])
-            pos = end
-        if fields[0] != b"P6" or int(fields[3]) != 255:
-            raise ValueError(f"not an 8-bit PPM: {fields}")
-        width, height = int(fields[1]), int(fields[2])
-        rgb = data[pos + 1:pos + 1 + width * height * 3]
+        # "P6 <w> <h> 255" then one whitespace byte, then the pixels.
+        header = re.match(rb"P6\s+(\d+)\s+(\d+)\s+255\s", data)
+        width, height = int(header[1]), int(header[2])
+        rgb = data[header.end():header.end() + width * height * 3]
         if len(rgb) != width * height * 3:
-            raise ValueError("short PPM")
+            raise ValueError("short or not an 8-bit PPM")
         return cls(width, height, rgb)
 
     def crop(self, x0, y0, x1, y1):
@@ -152,46 +128,27 @@ class Screenshot:
                 different += 1
         return different / max(1, self.width * self.height)
 
-    def save_png(self, path):
-        stride = self.width * 3
-        raw = b"".join(b"\x00" + self.rgb[y * stride:(y + 1) * stride] for y in range(self.height))
-
-        def chunk(kind, body):
-            return (struct.pack(">I", len(body)) + kind + body
-                    + struct.pack(">I", zlib.crc32(kind + body) & 0xFFFFFFFF))
-
-        with open(path, "wb") as out:
-            out.write(b"\x89PNG\r\n\x1a\n")
-            out.write(chunk(b"IHDR", struct.pack(">IIBBBBB", self.width, self.height, 8, 2, 0, 0, 0)))
-            out.write(chunk(b"IDAT", zlib.compress(raw, 1)))
-            out.write(chunk(b"IEND", b""))
-
-
 # --- the virtual display -----------------------------------------------------------
 
 
 class XServer:
     """An Xvfb of our own with the given screens, on a display number nobody holds."""
 
-    def __init__(self, workdir, screens=TWO_SCREENS, numbers=DISPLAY_NUMBERS):
-        self.workdir = workdir
-        self.screens = screens
-        self.numbers = numbers
-        self.process = None
-        self.number = None
+    def __init__(self, workdir, screens=TWO_SCREENS):
+        self.workdir, self.screens, self.process, self.number = workdir, screens, None, None
 
     @property
     def name(self):
         return f":{self.number}"
 
     def start(self):
-        for number in self.numbers:
+        for number in DISPLAY_NUMBERS:
             if os.path.exists(f"/tmp/.X{number}-lock") or os.path.exists(f"/tmp/.X11-unix/X{number}"):
                 continue
             if self._try_start(number):
                 self.number = number
                 return self
-        raise RuntimeError(f"no free X display number in :{self.numbers[0]}-:{self.numbers[-1]}")
+        raise RuntimeError("no free X display number")
 
     def _try_start(self, number):
         command = ["Xvfb", f":{number}"]
@@ -224,14 +181,11 @@ class XServer:
         return subprocess.run(list(command), env={**os.environ, **self.env()}, capture_output=True,
                               text=True, timeout=timeout, check=check)
 
-    def screenshot(self, screen, save_as=None):
+    def screenshot(self, screen):
         data = subprocess.run(["import", "-display", f"{self.name}.{screen}", "-window", "root",
                                "-depth", "8", "ppm:-"],
                               capture_output=True, timeout=30, check=True).stdout
-        shot = Screenshot.from_ppm(data)
-        if save_as:
-            shot.save_png(save_as)
-        return shot
+        return Screenshot.from_ppm(data)
 
     def key(self, *keys):
         self.run("xdotool", "key", "--delay", "30", *keys)
@@ -267,10 +221,7 @@ class XServer:
 
 class LogLine:
     def __init__(self, index, text, match):
-        self.index = index
-        self.text = text
-        self.match = match
-        self.seen_at = time.monotonic()
+        self.index, self.text, self.match, self.seen_at = index, text, match, time.monotonic()
 
 
 class Player:
@@ -290,10 +241,8 @@ class Player:
         return self.process.pid
 
     def lines(self):
-        with open(self.log_path, "rb") as log:
-            text = log.read().decode(errors="replace")
         # A line still being written has no newline yet.
-        whole = text.split("\n")[:-1]
+        whole = self.log_text().split("\n")[:-1]
         return [line[len(LOG_PREFIX):] for line in whole if line.startswith(LOG_PREFIX)]
 
     def log_text(self):
@@ -305,12 +254,8 @@ class Player:
         return len(self.lines())
 
     def find(self, pattern, after=0):
-        regex = re.compile(pattern)
-        for index, line in enumerate(self.lines()[after:], start=after):
-            match = regex.search(line)
-            if match:
-                return LogLine(index, line, match)
-        return None
+        found = self.find_all(pattern, after)
+        return found[0] if found else None
 
     def find_all(self, pattern, after=0):
         regex = re.compile(pattern)
@@ -381,10 +326,6 @@ class Bundle:
             self.manifest = json.load(manifest)
 
     @property
-    def bundle_id(self):
-        return self.manifest["bundle_id"]
-
-    @property
     def item_ids(self):
         return [item["id"] for item in self.manifest["items"]]
 
@@ -432,37 +373,9 @@ def garbage(size, seed=b"sorvane"):
     return bytes(out[:size])
 
 
-def png_bomb(width=50000, height=50000):
-    """A tiny PNG whose header claims a huge picture: a decoder that trusts it allocates gigabytes."""
-
-    def chunk(kind, body):
-        return (struct.pack(">I", len(body)) + kind + body
-                + struct.pack(">I", zlib.crc32(kind + body) & 0xFFFFFFFF))
-
-    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
-    # A few rows of black, far short of what the header promises.
-    data = zlib.compress(b"\x00" * (1 + width * 3) * 4)
-    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", data) + chunk(b"IEND", b"")
-
-
 def resume_path(data_home, bundle_id):
     digest = hashlib.sha256(bundle_id.encode()).hexdigest()
     return os.path.join(data_home, "SorvanePlayer", "resume", f"{digest}.json")
-
-
-def write_resume(data_home, bundle_id, item_index, style=None, raw=None):
-    """Puts the player's resume record in place, so a run starts at a chosen item."""
-    path = resume_path(data_home, bundle_id)
-    os.makedirs(os.path.dirname(path), exist_ok=True)
-    if raw is None:
-        record = {"bundle_id": bundle_id, "item_index": item_index,
-                  "saved_utc": datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")}
-        if style:
-            record["style"] = style
-        raw = json.dumps(record).encode()
-    with open(path, "wb") as out:
-        out.write(raw)
-    return path
 
 
 # --- a private session bus -------------------------------------------------------
@@ -487,9 +400,7 @@ class SessionBus:
     """A dbus-daemon with no activatable services, so only what a test puts on it is there."""
 
     def __init__(self, workdir):
-        self.workdir = workdir
-        self.process = None
-        self.address = None
+        self.workdir, self.process, self.address = workdir, None, None
 
     def start(self):
         config = os.path.join(self.workdir, "bus.conf")

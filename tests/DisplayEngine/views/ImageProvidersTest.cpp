@@ -1,0 +1,172 @@
+// The slide and collage image providers: the ids QML hands them, and their responses.
+#include "TestImages.h"
+
+#include "bundle/BundleWireValues.h"
+#include "media/ThumbnailCache.h"
+#include "views/CollageImageProvider.h"
+#include "views/CollageSource.h"
+#include "views/QtThumbnailDecoder.h"
+#include "views/SlideImageProvider.h"
+#include "views/SlideSource.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QImage>
+#include <QQuickTextureFactory>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <memory>
+
+namespace sorvane {
+namespace {
+
+// Paths a stick can really hold, with every character that means something in a URL.
+const QString kPaths[] = {
+    QStringLiteral("/media/usb/Summer holiday/beach 1.jpg"),
+    QStringLiteral("/photos/#1 best.png"),
+    QStringLiteral("/photos/100% real.jpg"),
+    QStringLiteral("/photos/why?.jpg"),
+    QStringLiteral("/photos/a+b&c=d;e,f@g:h.jpg"),
+    QStringLiteral("/photos/%20 looks escaped %2F%25.jpg"),
+    QStringLiteral("/photos/./dots/../..jpg"),
+    QStringLiteral("/photos/back\\slash [1] {2} <3> \"q\" 'a'.jpg"),
+    QString::fromUtf8("/fotos/\xC3\x85lesund/\xE6\x9D\xB1\xE4\xBA\xAC \xF0\x9F\x99\x82.jpg"),
+};
+
+TEST(SlideImageProvider, IdsCarryAnyPathThroughAnImageUrl)
+{
+    const QSize requested(1920, 1080);
+    for (const QString &path : kPaths) {
+        for (const ImageFilter filter : {ImageFilter::none, ImageFilter::sepia}) {
+            for (const ImageScalingMode scaling : {ImageScalingMode::fitToScreen, ImageScalingMode::actualSize}) {
+                SCOPED_TRACE(::testing::Message() << path.toStdString() << " " << toWire(filter).toStdString() << " "
+                                                  << toWire(scaling).toStdString());
+                const SlideDecodeRequest expected {path, requested, scaling, filter};
+                const QString id = SlideImageProvider::imageId(path, scaling, filter);
+                EXPECT_EQ(SlideImageProvider::parseId(id, requested), expected);
+                // The id exactly as QML's Image hands it to the provider.
+                const QUrl url(QStringLiteral("image://slide/") + id);
+                EXPECT_EQ(SlideImageProvider::parseId(
+                              url.toString(QUrl::RemoveScheme | QUrl::RemoveAuthority).mid(1), requested),
+                    expected);
+            }
+        }
+    }
+}
+
+TEST(ImageProviders, RejectIdsTheyDidNotMake)
+{
+    const char *slideIds[] = {"", "sepia", "sepia/fit_to_screen/", "/fit_to_screen/%2Fa.jpg", "sepia//%2Fa.jpg",
+        "Sepia/fit_to_screen/%2Fa.jpg", "sepia/fit/%2Fa.jpg", "sepia/fit_to_screen/a.jpg",
+        "sepia/fit_to_screen/photos%2Fa.jpg", "fit_to_screen/sepia/%2Fa.jpg"};
+    for (const char *id : slideIds)
+        EXPECT_EQ(SlideImageProvider::parseId(QString::fromLatin1(id), {100, 100}), std::nullopt) << id;
+
+    const auto base64 = [](const char *text) {
+        return QString::fromLatin1(QByteArray(text).toBase64(QByteArray::Base64UrlEncoding));
+    };
+    // Valid base64url of text that is not a local file URL.
+    const QString collageIds[] = {QString(), QStringLiteral("not base64 at all!"), base64("https://example.com/a.jpg"),
+        base64("relative/a.jpg"), base64("file:///a b.jpg")};
+    for (const QString &id : collageIds)
+        EXPECT_EQ(CollageImageProvider::parseId(id), QUrl()) << id.toStdString();
+    // Only local files get a tile URL at all.
+    EXPECT_EQ(CollageSource().imageUrl(QUrl(QStringLiteral("https://example.com/a.jpg"))), QString());
+}
+
+TEST(SlideSource, GivesNoUrlForWhatItCannotServe)
+{
+    struct Case {
+        QUrl file;
+        const char *scaling;
+        const char *filter;
+    };
+    const QUrl file = QUrl::fromLocalFile(QStringLiteral("/photos/a.jpg"));
+    const Case cases[] = {
+        {QUrl(QStringLiteral("https://example.com/a.jpg")), "fit_to_screen", "none"},
+        {QUrl(QStringLiteral("/photos/a.jpg")), "fit_to_screen", "none"},
+        {QUrl(), "fit_to_screen", "none"},
+        {file, "fit", "none"},
+        {file, "fit_to_screen", "grey"},
+    };
+    const SlideSource source;
+    for (const Case &c : cases) {
+        EXPECT_EQ(source.imageUrl(c.file, QString::fromLatin1(c.scaling), QString::fromLatin1(c.filter)), QString())
+            << c.file.toString().toStdString() << " " << c.scaling << " " << c.filter;
+    }
+}
+
+class ImageProviderResponse : public ::testing::Test {
+protected:
+    // The finished response's picture, or a null image with its error; a response that never
+    // finishes fails the test.
+    QImage answer(QQuickAsyncImageProvider &provider, const QString &id, QSize requested, QString *error = nullptr)
+    {
+        const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id, requested));
+        QSignalSpy finished(response.get(), &QQuickImageResponse::finished);
+        EXPECT_TRUE(finished.wait(10000) && finished.count() == 1) << id.toStdString();
+        if (error)
+            *error = response->errorString();
+        const std::unique_ptr<QQuickTextureFactory> texture(response->textureFactory());
+        EXPECT_EQ(texture == nullptr, !response->errorString().isEmpty()) << id.toStdString();
+        return texture ? texture->image() : QImage();
+    }
+
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = dir.filePath(name);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return path;
+    }
+
+    static QString collageId(const QString &path) { return CollageImageProvider::imageId(QUrl::fromLocalFile(path)); }
+
+    QTemporaryDir dir;
+    SlideImageProvider slides;
+    std::shared_ptr<ThumbnailCache> cache = std::make_shared<ThumbnailCache>(std::make_shared<QtThumbnailDecoder>());
+    CollageImageProvider tiles {cache};
+};
+
+TEST_F(ImageProviderResponse, SlidesComeFilteredAndTilesAtTheTilesSize)
+{
+    const QString path = write(QStringLiteral("wide photo.png"), test::encoded(test::halves({800, 400}), "PNG"));
+    const QImage slide = answer(slides,
+        SlideImageProvider::imageId(path, ImageScalingMode::fitToScreen, ImageFilter::blackAndWhite), {100, 100});
+    EXPECT_EQ(slide.size(), QSize(100, 50));
+    const QRgb pixel = slide.pixel(25, 25);
+    EXPECT_TRUE(qRed(pixel) == qGreen(pixel) && qGreen(pixel) == qBlue(pixel));
+
+    // Fitted inside the tile's square and never enlarged; no size asks for the default edge.
+    EXPECT_EQ(answer(tiles, collageId(path), {200, 200}).size(), QSize(200, 100));
+    cache->clear();
+    EXPECT_EQ(answer(tiles, collageId(path), {}).size(), QSize(512, 256));
+    EXPECT_EQ(cache->count(), 1) << "the wall's cache keeps what it decoded";
+}
+
+TEST_F(ImageProviderResponse, ReportWhyThereIsNoPicture)
+{
+    const QString garbage = write(QStringLiteral("garbage.jpg"), "no picture in here");
+    const QString missing = dir.filePath(QStringLiteral("missing.jpg"));
+    const std::pair<QQuickAsyncImageProvider *, QString> requests[] = {
+        {&slides, SlideImageProvider::imageId(missing, ImageScalingMode::fitToScreen, ImageFilter::none)},
+        {&slides, SlideImageProvider::imageId(garbage, ImageScalingMode::fillScreen, ImageFilter::sepia)},
+        {&slides, QStringLiteral("not/an/id/at/all")},
+        {&slides, QString()},
+        {&tiles, collageId(missing)},
+        {&tiles, collageId(garbage)},
+        {&tiles, QStringLiteral("not an id")},
+    };
+    for (const auto &[provider, id] : requests) {
+        QString error;
+        EXPECT_TRUE(answer(*provider, id, {100, 100}, &error).isNull()) << id.toStdString();
+        EXPECT_FALSE(error.isEmpty()) << id.toStdString();
+    }
+}
+
+} // namespace
+} // namespace sorvane
