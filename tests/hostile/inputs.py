@@ -6,13 +6,26 @@ import os
 import struct
 import subprocess
 import sys
+import zlib
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "SorvanePlayer", "e2e"))
-from harness import garbage, png_bomb  # noqa: E402,F401
+from harness import garbage  # noqa: E402,F401
 
 
 def run(*command):
     subprocess.run(list(command), check=True, capture_output=True, timeout=60)
+
+
+def png_bomb(width=50000, height=50000):
+    """A tiny PNG whose header claims a huge picture: a decoder that trusts it allocates gigabytes."""
+
+    def chunk(kind, body):
+        return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body) & 0xFFFFFFFF)
+
+    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
+    # A few rows of black, far short of what the header promises.
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(b"\x00" * (1 + width * 3) * 4)) \
+        + chunk(b"IEND", b"")
 
 
 def gif_bomb(frames=3000, side=65535):

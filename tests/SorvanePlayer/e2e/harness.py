@@ -134,15 +134,16 @@ class Screenshot:
 class XServer:
     """An Xvfb of our own with the given screens, on a display number nobody holds."""
 
-    def __init__(self, workdir, screens=TWO_SCREENS):
-        self.workdir, self.screens, self.process, self.number = workdir, screens, None, None
+    def __init__(self, workdir, screens=TWO_SCREENS, numbers=DISPLAY_NUMBERS):
+        # Suites that may run at once take display numbers from ranges of their own.
+        self.workdir, self.screens, self.numbers, self.process, self.number = workdir, screens, numbers, None, None
 
     @property
     def name(self):
         return f":{self.number}"
 
     def start(self):
-        for number in DISPLAY_NUMBERS:
+        for number in self.numbers:
             if os.path.exists(f"/tmp/.X{number}-lock") or os.path.exists(f"/tmp/.X11-unix/X{number}"):
                 continue
             if self._try_start(number):
