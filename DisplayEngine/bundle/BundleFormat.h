@@ -32,9 +32,12 @@ inline const QString playerDir = QStringLiteral("player");
 inline const QString brandingDir = QStringLiteral("assets/branding");
 inline const QString logoPath = QStringLiteral("assets/branding/logo.png");
 
-// A manifest larger than this is refused before parsing: real manifests of
-// 10,000 items are a few megabytes, and a hostile one must not exhaust memory.
-inline constexpr qint64 maxManifestBytes = 64LL * 1024 * 1024;
+// A manifest larger than this, or listing more items, is refused before its items are
+// read. Real manifests take under 1 KB per item, so this is about 40,000 photos; the bounds
+// keep the records and reports of a hostile manifest within memory (they cost several
+// times its text).
+inline constexpr qint64 maxManifestBytes = 32LL * 1024 * 1024;
+inline constexpr qint64 maxItems = 250000;
 // Larger than any photo or video a stick carries; a file beyond it is not hashed (a
 // sparse terabyte would keep a full check busy for many minutes).
 inline constexpr qint64 maxHashedAssetBytes = 32LL * 1024 * 1024 * 1024;

@@ -3,9 +3,6 @@
 #include "bundle/ManifestFields.h"
 
 #include <QJsonArray>
-#include <QThread>
-
-#include <thread>
 
 namespace sorvane {
 
@@ -56,31 +53,14 @@ BundleManifest BundleManifest::takeFromJson(QJsonObject &o)
     if (itemsValue.isArray()) {
         QJsonArray array = itemsValue.toArray();
         itemsValue = QJsonValue();
-        std::vector<BundleItem> items(size_t(array.size()));
-        // An entry that is not an object reads as an item with no members (and so no id).
-        auto parseRange = [&](qsizetype from, qsizetype to) {
-            for (qsizetype i = from; i < to; ++i)
-                items[size_t(i)] = BundleItem::fromJson(array.at(i).toObject());
-        };
-        // A huge list is taken out of the document and each entry dropped once read,
-        // so that the parsed document and the records never fully coexist. Otherwise
-        // large lists are read in two halves at once; reading a shared document from
-        // two threads is safe because nothing then writes to it.
-        constexpr qsizetype takenFrom = 50000;
-        constexpr qsizetype parallelFrom = 2000;
-        if (array.size() >= takenFrom) {
-            o.remove(L("items"));
-            for (qsizetype i = 0; i < array.size(); ++i) {
-                parseRange(i, i + 1);
-                array.replace(i, QJsonValue());
-            }
-        } else if (array.size() >= parallelFrom && QThread::idealThreadCount() > 1) {
-            const qsizetype half = array.size() / 2;
-            std::thread second(parseRange, half, array.size());
-            parseRange(0, half);
-            second.join();
-        } else {
-            parseRange(0, array.size());
+        o.remove(L("items"));
+        std::vector<BundleItem> items;
+        items.reserve(size_t(array.size()));
+        // Each entry is dropped once its record is made. An entry that is not an object
+        // reads as an item with no members (and so no id).
+        for (qsizetype i = 0; i < array.size(); ++i) {
+            items.push_back(BundleItem::fromJson(array.at(i).toObject()));
+            array.replace(i, QJsonValue());
         }
         m.items = std::move(items);
     }

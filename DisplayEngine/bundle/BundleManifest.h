@@ -6,6 +6,10 @@
 #include "bundle/BundleManifestParts.h"
 #include "bundle/BundlePlaybackJSON.h"
 
+#include <QLatin1StringView>
+
+#include <array>
+
 namespace sorvane {
 
 // The parsed `bundle.json`. Built by a total function: every member may be
@@ -32,10 +36,17 @@ struct BundleManifest {
     int unknownMemberCount = 0;
 
     static BundleManifest fromJson(const QJsonObject &object);
-    // As fromJson, but a huge `items` list is taken out of `object` and its entries
+    // As fromJson, but the `items` list is taken out of `object` and its entries
     // released one by one as their records are built (only memory is saved when
-    // something else still shares the document).
+    // something else still shares the document). Text is read by ManifestTextReader.
     static BundleManifest takeFromJson(QJsonObject &object);
+    // The top-level members fromJson reads, `items` aside.
+    static constexpr std::array<QLatin1StringView, 15> memberNames {QLatin1StringView("format"),
+        QLatin1StringView("format_version"), QLatin1StringView("min_reader_version"), QLatin1StringView("bundle_id"),
+        QLatin1StringView("title"), QLatin1StringView("created_utc"), QLatin1StringView("created_by"),
+        QLatin1StringView("flavor"), QLatin1StringView("include_originals"), QLatin1StringView("counts"),
+        QLatin1StringView("derivatives"), QLatin1StringView("playback"), QLatin1StringView("display"),
+        QLatin1StringView("players"), QLatin1StringView("branding")};
     // The manifest as the writer emits it, keys in schema order.
     BundleJSON toJson() const;
 

@@ -5,16 +5,15 @@
 #include "bundle/BundlePaths.h"
 #include "bundle/BundleRootGuard.h"
 #include "bundle/BundleTimestamp.h"
+#include "bundle/ManifestTextReader.h"
 #include "bundle/Sha256.h"
 #include "media/BrandOverlay.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
 #include <QJsonParseError>
 #include <QThread>
-#include <QThreadPool>
 #include <QtNumeric>
 
 #include <algorithm>
@@ -168,18 +167,9 @@ std::optional<MediaType> acceptedMediaType(const QString &value, const BundleOpe
 }
 
 struct ManifestRead {
-    std::optional<QJsonObject> object;
+    std::optional<BundleManifest> manifest;
     std::optional<BundleError> error;
 };
-
-// Tearing down a large parsed document takes as long as a tenth of the open;
-// nothing waits for it, so it happens on a pool thread.
-void releaseInBackground(QJsonObject object)
-{
-    if (object.size() == 0)
-        return;
-    QThreadPool::globalInstance()->start([document = std::move(object)]() mutable { document = QJsonObject(); });
-}
 
 ManifestRead readManifest(const QString &manifestPath, BundleRootGuard &guard)
 {
@@ -217,10 +207,10 @@ ManifestRead readManifest(const QString &manifestPath, BundleRootGuard &guard)
     if (bytes.size() > BundleFormat::maxManifestBytes)
         return unreadable(QStringLiteral("the file is larger than %1 bytes").arg(BundleFormat::maxManifestBytes));
 
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &parseError);
-    if (parseError.error != QJsonParseError::NoError) {
-        const QString cause = QStringLiteral("%1 at byte %2").arg(parseError.errorString()).arg(parseError.offset);
+    ManifestTextReader::Result parsed = ManifestTextReader::read(bytes);
+    bytes = QByteArray();
+    if (parsed.error.error != QJsonParseError::NoError) {
+        const QString cause = QStringLiteral("%1 at byte %2").arg(parsed.error.errorString()).arg(parsed.error.offset);
         BundleError error
             = makeError(BundleErrorCode::manifestMalformed, QStringLiteral("Manifest is not valid JSON: ") + cause);
         error.cause = cause;
@@ -228,14 +218,24 @@ ManifestRead readManifest(const QString &manifestPath, BundleRootGuard &guard)
         read.error = error;
         return read;
     }
-    if (!document.isObject()) {
+    if (!parsed.manifest) {
         BundleError error
             = makeError(BundleErrorCode::manifestMalformed, QStringLiteral("Manifest is not a JSON object."));
         error.path = manifestPath;
         read.error = error;
         return read;
     }
-    read.object = document.object();
+    if (parsed.itemsOverLimit) {
+        BundleError error = makeError(BundleErrorCode::manifestMalformed,
+            QStringLiteral("items holds %1 entries; a bundle may hold at most %2.")
+                .arg(*parsed.itemsOverLimit)
+                .arg(BundleFormat::maxItems));
+        error.path = manifestPath;
+        error.jsonPath = QStringLiteral("$.items");
+        read.error = error;
+        return read;
+    }
+    read.manifest = std::move(parsed.manifest);
     return read;
 }
 
@@ -308,9 +308,8 @@ BundleOpenResult BundleReader::open(const QString &rootArgument, const BundleOpe
     if (read.error)
         return failed(*read.error, integrity, std::move(reports));
 
-    // 4. Build the manifest (cannot fail).
-    BundleManifest manifest = BundleManifest::takeFromJson(*read.object);
-    releaseInBackground(std::move(*read.object));
+    // 4. The manifest as built from the text (cannot fail once the text parses).
+    BundleManifest manifest = std::move(*read.manifest);
 
     // 5-9. Identity, versions and items.
     auto malformed = [&](const QString &message, const QString &jsonPath) {

@@ -599,8 +599,17 @@ std::optional<QString> Export::writeManifest(std::vector<BundleItem> items)
     m.items = std::move(items);
     m.itemsKeyPresent = true;
 
-    if (const auto error
-        = BundleFileOps::writeAtomically(staged(BundleFormat::manifestFileName), m.toJson().serialize()))
+    const QByteArray manifest = m.toJson().serialize();
+    // A bundle no reader would open is not worth finishing.
+    if (manifest.size() > BundleFormat::maxManifestBytes || itemCount > BundleFormat::maxItems) {
+        return QStringLiteral("the manifest of %1 items would take %2 bytes; a bundle may hold at most %3 items "
+                              "in %4 bytes. Export the photos as several bundles.")
+            .arg(itemCount)
+            .arg(manifest.size())
+            .arg(BundleFormat::maxItems)
+            .arg(BundleFormat::maxManifestBytes);
+    }
+    if (const auto error = BundleFileOps::writeAtomically(staged(BundleFormat::manifestFileName), manifest))
         return error;
     if (m_request.writeReadme) {
         const QString readme = BundleReadme::text(m_request.title, itemCount, created, m_request.flavor);
