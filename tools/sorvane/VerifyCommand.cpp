@@ -102,9 +102,9 @@ int runVerify(const QStringList &arguments, QTextStream &out, QTextStream &err)
     if (parser.isSet(jsonOption))
         output.writeJson(out);
     else if (result.ok())
-        out << output.text();
+        output.writeText(out);
     else
-        err << output.text();
+        output.writeText(err);
     return result.ok() ? exitOk : exitFailed;
 }
 

@@ -149,6 +149,12 @@ QString VerifyOutput::text() const
 {
     QString s;
     QTextStream out(&s);
+    writeText(out);
+    return s;
+}
+
+void VerifyOutput::writeText(QTextStream &out) const
+{
     const BundleIntegrity &integrity = *result.integrity;
     if (!result.ok()) {
         const BundleError &error = *result.error;
@@ -165,7 +171,7 @@ QString VerifyOutput::text() const
             for (const BundleReport &report : result.standaloneReports)
                 out << "  " << toString(report.code) << ": " << report.message << "\n";
         }
-        return s;
+        return;
     }
 
     const OpenedBundle &bundle = *result.bundle;
@@ -211,7 +217,6 @@ QString VerifyOutput::text() const
     }
     if (qsizetype(playOrder.size()) > shown)
         out << "  ... and " << (qsizetype(playOrder.size()) - shown) << " more\n";
-    return s;
 }
 
 } // namespace sorvane::cli

@@ -21,6 +21,8 @@ struct VerifyOutput {
     static constexpr qsizetype shownOrderEntries = 10;
 
     QString text() const;
+    // The same, written as it goes: a bundle of many items has many report lines.
+    void writeText(QTextStream &out) const;
     // The whole result as one JSON object, written as it is built: a bundle of
     // hundreds of thousands of items never exists as one tree or one string.
     void writeJson(QTextStream &out) const;
