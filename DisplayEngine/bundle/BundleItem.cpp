@@ -2,7 +2,10 @@
 
 #include "bundle/ManifestFields.h"
 
+#include <QHash>
+
 #include <algorithm>
+#include <utility>
 
 namespace sorvane {
 
@@ -39,9 +42,16 @@ BundleItem BundleItem::fromJson(const QJsonObject &o)
     item.animated = boolean(r.take(QLatin1StringView("animated")));
     if (const auto assets = object(r.take(QLatin1StringView("assets")))) {
         item.assets.reserve(assets->size());
+        // Qt hands back two names that differ by a leading byte order mark as one name;
+        // a tier is kept once, the first time, as asset() finds it.
+        QHash<QString, bool> seen;
+        const bool many = assets->size() > 8;
         for (auto it = assets->constBegin(); it != assets->constEnd(); ++it) {
+            const QString tier = it.key();
+            if (many ? std::exchange(seen[tier], true) : item.asset(tier) != nullptr)
+                continue;
             // A tier whose value is not an object has no usable member: it reads as an empty asset.
-            item.assets.emplace_back(it.key(), BundleAsset::fromJson(it.value().toObject()));
+            item.assets.emplace_back(tier, BundleAsset::fromJson(it.value().toObject()));
         }
     }
     item.unknownMemberCount = r.unknownCount();
