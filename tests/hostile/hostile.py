@@ -7,6 +7,7 @@ for the files it opens, under a timeout, with its peak memory measured.
 Exits 77 (skipped) when strace, ffmpeg or vips is missing."""
 
 import argparse
+import functools
 import hashlib
 import json
 import os
@@ -216,6 +217,7 @@ def videos_bundle(root, photo, folder):
     return b.write()
 
 
+@functools.lru_cache(maxsize=1)
 def manifest_rows(photo):
     """(name, manifest bytes, exit status, error code, report codes that must be there)."""
     good = {"id": "good", "media_type": "image",
@@ -226,8 +228,9 @@ def manifest_rows(photo):
     def manifest(**changes):
         return json.dumps({**base, **changes}).encode()
 
-    missing = [{"id": f"i{n}", "media_type": "image", "assets": {"full": {"path": f"media/{n}.jpg", "bytes": 1}}}
-               for n in range(200_000)]
+    def missing(count, id_prefix="i"):
+        return [{"id": f"{id_prefix}{n}", "media_type": "image", "assets": {"full": {"path": f"media/{n}.jpg", "bytes": 1}}}
+                for n in range(count)]
     huge = 2 ** 70
     out_of_range = manifest(playback={"interval_seconds": 1e308, "seed": -huge,
                                                            "flow": {"column_adjustment": huge}},
@@ -239,8 +242,13 @@ def manifest_rows(photo):
                                     "assets": {"full": {"path": "media/full/good.jpg", "bytes": -1}}}])
     return [
         ("deep", inputs.deep_manifest(), 1, "manifestMalformed", []),
-        ("sixty-mb", manifest(padding="x" * 60_000_000), 0, None, ["unknownFieldsIgnored"]),
-        ("items-200k", json.dumps({**base, "items": missing}).encode(), 1, "noPlayableMedia", []),
+        ("sixty-mb", manifest(padding="x" * 60_000_000), 1, "manifestUnreadable", []),
+        ("items-200k", json.dumps({**base, "items": missing(200_000)}).encode(), 1, "noPlayableMedia", []),
+        # As many items as the size limit lets through, each with a long id its reports repeat.
+        ("long-ids", json.dumps({**base, "items": missing(100_000, "x" * 200)}).encode(), 1, "noPlayableMedia", []),
+        ("items-over-limit", manifest(items=[0] * 250_001), 1, "manifestMalformed", []),
+        # Qt's document costs up to fifty times its text on lists of small arrays.
+        ("amplifying", manifest(padding=[[0]] * 6_000_000), 0, None, ["unknownFieldsIgnored"]),
         ("invalid-utf8", manifest(title="@@").replace(b"@@", b"\xff\xfe\xc0\x80"), 1, "manifestMalformed", []),
         ("duplicate-ids", manifest(items=[good, good, good]), 0, None, []),
         ("out-of-range", out_of_range, 0, None, [SHORT]),
@@ -403,6 +411,9 @@ class Export(HostileCase):
 # --- the player ------------------------------------------------------------------
 
 
+HOLDING = r"^Holding on 2 screen"
+
+
 class Player(HostileCase):
     """Each bundle played once, with every hostile item given its turn on screen."""
 
@@ -458,10 +469,19 @@ class Player(HostileCase):
         player = self.play("escapes", root, set(), targets, until=r"^First photo on screen", seconds=15)
         self.assertEqual(player.find_all(harness.SHOWING)[0].match.group(1), "good")
 
-    def test_deep_manifest_holds(self):
-        root = BundleMaker(os.path.join(WORK, "deep-player")).write(inputs.deep_manifest())
-        player = self.play("deep", root, set(), [OUT], until=r"^Holding on 2 screen", seconds=15)
-        self.assertIsNotNone(player.find(r"^Bundle could not be opened .*not valid JSON"), player.tail())
+    def test_huge_and_broken_manifests(self):
+        manifests = {name: raw for name, raw, *_ in manifest_rows(MATERIAL.photo)}
+        for name, until, why in (("deep", HOLDING, "not valid JSON"), ("items-200k", HOLDING, "none of them resolved"),
+                                 ("long-ids", HOLDING, "none of them resolved"),
+                                 ("amplifying", r"^Showing item good", None)):
+            with self.subTest(manifest=name):
+                root = os.path.join(WORK, f"{name}-player")
+                if why is None:
+                    shutil.copytree(MATERIAL.good_media, os.path.join(root, "media"))
+                BundleMaker(root).write(manifests[name])
+                player = self.play(name, root, set(), [OUT], until=until, seconds=30)
+                if why:
+                    self.assertIsNotNone(player.find(rf"^Bundle could not be opened .*{why}"), player.tail())
 
 
 def player_pid(strace_pid, program):
