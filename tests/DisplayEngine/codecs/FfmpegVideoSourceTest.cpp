@@ -19,34 +19,26 @@ namespace {
 
 using ::testing::HasSubstr;
 
-// A clip whose colour says when a frame was shown: red, then blue from `from` to `to`
-// seconds, then lime; `tail` holds the output options and file.
-struct Clip {
-    double seconds;
-    double from;
-    double to;
-    QString tail;
-    QString size; // 320x240 when empty
-    double tone = 0; // seconds of sound, none when 0
-    bool vp9 = false;
-};
-
-QString command(const Clip &clip)
+// The command making a clip whose colour says when a frame was shown: red, then blue from
+// `from` to `to` seconds, then lime. `tail` holds the output options and file; `tone` is the
+// seconds of sound, none when 0.
+QString command(
+    double seconds, double from, double to, const QString &tail, QString size = {}, double tone = 0, bool vp9 = false)
 {
     return QStringLiteral("ffmpeg -v error -f lavfi -i \"color=c=red:s=%1:r=25:d=%2,"
                           "drawbox=c=blue:t=fill:enable='between(t,%3,%4)',drawbox=c=lime:t=fill:enable='gt(t,%4)'\" "
                           "%5 %6 %7")
-        .arg(clip.size.isEmpty() ? QStringLiteral("320x240") : clip.size)
-        .arg(clip.seconds)
-        .arg(clip.from)
-        .arg(clip.to)
-        .arg(clip.tone > 0 ? QStringLiteral("-f lavfi -i sine=frequency=440:duration=%1 -c:a %2")
-                                 .arg(clip.tone)
-                                 .arg(clip.vp9 ? "libopus" : "aac")
-                           : QString(),
-            clip.vp9 ? QStringLiteral("-c:v libvpx-vp9 -deadline realtime -b:v 200k")
-                     : QStringLiteral("-c:v libx264 -preset veryfast -pix_fmt yuv420p"),
-            clip.tail);
+        .arg(size.isEmpty() ? QStringLiteral("320x240") : size)
+        .arg(seconds)
+        .arg(from)
+        .arg(to)
+        .arg(tone > 0 ? QStringLiteral("-f lavfi -i sine=frequency=440:duration=%1 -c:a %2")
+                            .arg(tone)
+                            .arg(vp9 ? "libopus" : "aac")
+                      : QString(),
+            vp9 ? QStringLiteral("-c:v libvpx-vp9 -deadline realtime -b:v 200k")
+                : QStringLiteral("-c:v libx264 -preset veryfast -pix_fmt yuv420p"),
+            tail);
 }
 
 // One keyframe, at the start: reaching the middle means decoding more frames than one attempt may read.
@@ -62,27 +54,27 @@ test::SampleFolder &videos()
             .arg(size, file);
     };
     static test::SampleFolder folder({
-        {"av.mp4", command({4, 1.5, 2.5, "av.mp4", {}, 4})},
-        {"silent.mp4", command({4, 1.5, 2.5, "silent.mp4"})},
+        {"av.mp4", command(4, 1.5, 2.5, "av.mp4", {}, 4)},
+        {"silent.mp4", command(4, 1.5, 2.5, "silent.mp4")},
         // Without a telling extension, the brand inside names a QuickTime-family container.
-        {"mp4-named.bin", command({4, 1.5, 2.5, "-f mp4 mp4-named.bin", {}, 4})},
-        {"mov-named.bin", command({4, 1.5, 2.5, "-f mov mov-named.bin", {}, 4})},
+        {"mp4-named.bin", command(4, 1.5, 2.5, "-f mp4 mp4-named.bin", {}, 4)},
+        {"mov-named.bin", command(4, 1.5, 2.5, "-f mov mov-named.bin", {}, 4)},
         // Shorter than the fallback time: only half the duration lands inside it.
-        {"short.mp4", command({0.4, 0.12, 0.28, "short.mp4"})},
+        {"short.mp4", command(0.4, 0.12, 0.28, "short.mp4")},
         // No duration anywhere: the first attempt is at 0.5 s, inside the band; half of 2 s would be lime.
-        {"raw.es", command({2, 0.3, 0.7, "-f h264 raw.es"})},
+        {"raw.es", command(2, 0.3, 0.7, "-f h264 raw.es")},
         // Written to a pipe, the muxer cannot go back to record the duration.
-        {"piped.mkv", command({2, 0.3, 0.7, "-f matroska - > piped.mkv"})},
+        {"piped.mkv", command(2, 0.3, 0.7, "-f matroska - > piped.mkv")},
         // Pixels twice as wide as tall are shown stretched.
-        {"anamorphic.mp4", command({2, 0.5, 1.5, "-vf setsar=2/1 anamorphic.mp4"})},
-        {"uhd.mp4", command({1, 0.3, 0.7, "uhd.mp4", "3840x2160"})},
-        {"uhd-tall.mp4", command({1, 0.3, 0.7, "uhd-tall.mp4", "1080x3840"})},
+        {"anamorphic.mp4", command(2, 0.5, 1.5, "-vf setsar=2/1 anamorphic.mp4")},
+        {"uhd.mp4", command(1, 0.3, 0.7, "uhd.mp4", "3840x2160")},
+        {"uhd-tall.mp4", command(1, 0.3, 0.7, "uhd-tall.mp4", "1080x3840")},
         // No frame is shown from 1.88 s to 2.92 s: the one before the gap is nearer to 2 s than
         // the tolerance, the one after is not. The frames after the gap are lime.
-        {"gap.mp4", command({3, 1, 1.9, "-vf \"setpts='if(gte(N,48),PTS+1/TB,PTS)'\" -fps_mode passthrough gap.mp4"})},
+        {"gap.mp4", command(3, 1, 1.9, "-vf \"setpts='if(gte(N,48),PTS+1/TB,PTS)'\" -fps_mode passthrough gap.mp4")},
         // Half the file's duration lies past the last frame, which then stands in; it is blue, half the video red.
-        {"long-audio.mp4", command({2, 1.5, 2.5, "long-audio.mp4", {}, 6})},
-        {"clip.webm", command({2, 0.5, 1.5, "clip.webm", {}, 2, true})},
+        {"long-audio.mp4", command(2, 1.5, 2.5, "long-audio.mp4", {}, 6)},
+        {"clip.webm", command(2, 0.5, 1.5, "clip.webm", {}, 2, true)},
         // A blue frame with a yellow marker in its top-left quarter, stored with display rotations.
         {"marker.mp4",
             "ffmpeg -v error -f lavfi -i color=c=blue:s=320x240:r=25:d=1,drawbox=w=80:h=60:c=yellow:t=fill "
@@ -93,7 +85,7 @@ test::SampleFolder &videos()
         {"rotated-270.mp4", "ffmpeg -v error -i marker.mp4 -c copy -metadata:s:v:0 rotate=270 rotated-270.mp4"},
         // Index first, frames after, a keyframe every 0.2 s: cutting the file short leaves an
         // index that promises frames the file no longer holds.
-        {"faststart.mp4", command({4, 0.3, 0.7, "-g 5 -movflags +faststart faststart.mp4", {}, 4})},
+        {"faststart.mp4", command(4, 0.3, 0.7, "-g 5 -movflags +faststart faststart.mp4", {}, 4)},
         {"first-third.mp4", cut("faststart.mp4", "first-third.mp4", 3)},
         // The header up to 16 bytes into the media data: the frames are gone.
         {"header-only.mp4",
@@ -101,11 +93,11 @@ test::SampleFolder &videos()
             "> header-only.mp4"},
         // Frames until 0.96 s, then none until 4 s; the middle of the 6 s is 3 s.
         {"wide-gap.mp4",
-            command({3, 0.3, 0.7, "-vf \"setpts='if(gte(N,25),PTS+3/TB,PTS)'\" -fps_mode passthrough wide-gap.mp4"})},
+            command(3, 0.3, 0.7, "-vf \"setpts='if(gte(N,25),PTS+3/TB,PTS)'\" -fps_mode passthrough wide-gap.mp4")},
         {"one-keyframe.mp4",
-            command({oneKeyframeFrames / 25.0, 0.3, 0.7,
+            command(oneKeyframeFrames / 25.0, 0.3, 0.7,
                 QStringLiteral("-g %1 -keyint_min %1 -sc_threshold 0 one-keyframe.mp4").arg(oneKeyframeFrames * 2),
-                "160x120"})},
+                "160x120")},
         {"empty.mp4", ": > empty.mp4"},
         {"noise.mp4", "openssl enc -aes-128-ctr -K 0 -iv 0 -in /dev/zero 2>/dev/null | head -c 200000 > noise.mp4"},
         {"notes.mov", "echo 'just some words' > notes.mov"},
