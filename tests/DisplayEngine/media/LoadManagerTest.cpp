@@ -35,7 +35,7 @@ TEST(LoadManagerTest, GrantsFourAtOnceAndHandsReleasedSlotsToTheOldestWaiter)
     Requests r;
     test::LogCapture log(QStringLiteral("sorvane.engine.debug=true"));
     r.request(4, 5);
-    log.clear();
+    log.take();
     r.request(1, 3);
     EXPECT_EQ(r.granted, (std::vector<int> {4, 5, 1, 2}));
     EXPECT_EQ(r.manager.waitingCount(), 1);
@@ -56,7 +56,7 @@ TEST(LoadManagerTest, GrantsFourAtOnceAndHandsReleasedSlotsToTheOldestWaiter)
         ASSERT_TRUE(r.manager.releaseSlot());
     EXPECT_EQ(r.granted, (std::vector<int> {4, 5, 1, 2, 3, 6, 7}));
     EXPECT_EQ(r.manager.activeLoads(), 0);
-    log.clear();
+    log.take();
 
     // A release too many is refused and leaves the count where it was.
     EXPECT_FALSE(r.manager.releaseSlot());
@@ -76,7 +76,7 @@ TEST(LoadManagerTest, ResetGrantsEveryWaiterAndCountsOnlyThem)
         Requests r;
         test::LogCapture log(QStringLiteral("sorvane.engine.debug=true"));
         r.request(1, row.requested);
-        log.clear();
+        log.take();
         r.manager.reset();
         EXPECT_EQ(log.take().front(),
             debugLine(QStringLiteral("reset() called - resuming %1 waiting tasks").arg(row.requested - 4).toUtf8()));
