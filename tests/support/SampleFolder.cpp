@@ -2,6 +2,8 @@
 
 #include <QProcess>
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 namespace sorvane::test {
