@@ -58,6 +58,11 @@ struct SourceCase {
     int tolerance = 8;
 };
 
+void PrintTo(const SourceCase &c, std::ostream *out)
+{
+    *out << c.file;
+}
+
 const QSize fullLandscape {240, 160}, tileLandscape {100, 67}, fullPortrait {160, 240}, tilePortrait {67, 100};
 
 const SourceCase sourceCases[] = {
