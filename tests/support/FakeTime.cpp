@@ -1,7 +1,5 @@
 #include "support/FakeTime.h"
 
-#include <limits>
-
 namespace sorvane::test {
 
 TimerScheduler::TimerId FakeTime::scheduleOnce(double seconds, std::function<void()> callback)
@@ -39,14 +37,6 @@ void FakeTime::advance(double seconds)
         callback();
     }
     m_now = until;
-}
-
-double FakeTime::nextDueIn() const
-{
-    double earliest = std::numeric_limits<double>::infinity();
-    for (const auto &[id, timer] : m_timers)
-        earliest = std::min(earliest, timer.due);
-    return m_timers.empty() ? -1.0 : earliest - m_now;
 }
 
 } // namespace sorvane::test

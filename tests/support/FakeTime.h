@@ -19,8 +19,6 @@ public:
     void cancel(TimerId id) override { m_timers.erase(id); }
 
     void advance(double seconds);
-    // Seconds until the earliest pending timer, or a negative number when none is pending.
-    double nextDueIn() const;
     size_t pendingTimers() const { return m_timers.size(); }
 
 private:

@@ -44,7 +44,7 @@ LogCapture::LogCapture(const QString &filterRules)
         m_setRules = true;
         QLoggingCategory::setFilterRules(filterRules);
     }
-    clear(); // lines an earlier, failed test left behind
+    take(); // lines an earlier, failed test left behind
     m_previousHandler = qInstallMessageHandler(&handle);
 }
 
@@ -61,11 +61,6 @@ std::vector<std::string> LogCapture::take()
 {
     std::lock_guard lock(s_mutex);
     return std::exchange(s_lines, {});
-}
-
-void LogCapture::clear()
-{
-    take();
 }
 
 } // namespace sorvane::test

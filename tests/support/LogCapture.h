@@ -22,8 +22,6 @@ public:
 
     // The lines captured since the last call (or since the capture began).
     std::vector<std::string> take();
-    // Drops the lines captured so far.
-    void clear();
 
 private:
     QtMessageHandler m_previousHandler = nullptr;

@@ -1,40 +1,170 @@
 #include "codecs/FfmpegVideoSource.h"
 #include "support/LogCapture.h"
-#include "support/TestFiles.h"
+#include "support/SampleFolder.h"
+#include "support/ThreadAgreement.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QByteArray>
 #include <QCryptographicHash>
-#include <QFile>
-#include <QProcess>
-#include <QStringList>
-#include <QTemporaryDir>
-#include <QtEndian>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
-#include <functional>
-#include <latch>
-#include <optional>
-#include <set>
 #include <string>
-#include <thread>
-#include <utility>
 #include <vector>
 
 namespace sorvane {
 namespace {
 
-using test::LogCapture;
-using test::readAll;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
-// The ladder's lines are info messages, which the environment's logging rules may hide.
-const QString writerInfoOn = QStringLiteral("sorvane.writer.info=true");
+// The command making a clip whose colour says when a frame was shown: red, then blue from
+// `from` to `to` seconds, then lime. `tail` holds the output options and file; `tone` is the
+// seconds of sound, none when 0.
+QString command(
+    double seconds, double from, double to, const QString &tail, QString size = {}, double tone = 0, bool vp9 = false)
+{
+    return QStringLiteral("ffmpeg -v error -f lavfi -i \"color=c=red:s=%1:r=25:d=%2,"
+                          "drawbox=c=blue:t=fill:enable='between(t,%3,%4)',drawbox=c=lime:t=fill:enable='gt(t,%4)'\" "
+                          "%5 %6 %7")
+        .arg(size.isEmpty() ? QStringLiteral("320x240") : size)
+        .arg(seconds)
+        .arg(from)
+        .arg(to)
+        .arg(tone > 0 ? QStringLiteral("-f lavfi -i sine=frequency=440:duration=%1 -c:a %2")
+                            .arg(tone)
+                            .arg(vp9 ? "libopus" : "aac")
+                      : QString(),
+            vp9 ? QStringLiteral("-c:v libvpx-vp9 -deadline realtime -b:v 200k")
+                : QStringLiteral("-c:v libx264 -preset veryfast -pix_fmt yuv420p"),
+            tail);
+}
+
+// One keyframe, at the start: reaching the middle means decoding more frames than one attempt may read.
+const int oneKeyframeFrames = FfmpegVideoSource::maxVideoPacketsPerAttempt * 2 + 100;
+
+test::SampleFolder &videos()
+{
+    const auto cut = [](const char *from, const char *to, int tenths) {
+        return QStringLiteral("head -c $(($(stat -c %s %1) * %3 / 10)) %1 > %2").arg(from, to).arg(tenths);
+    };
+    const auto y4m = [](const char *size, const char *file) {
+        return QStringLiteral("printf 'YUV4MPEG2 %1 F25:1 C420jpeg\\nFRAME\\n' > %2 && head -c 64 /dev/zero >> %2")
+            .arg(size, file);
+    };
+    static test::SampleFolder folder({
+        {"av.mp4", command(4, 1.5, 2.5, "av.mp4", {}, 4)},
+        {"silent.mp4", command(4, 1.5, 2.5, "silent.mp4")},
+        // Without a telling extension, the brand inside names a QuickTime-family container.
+        {"mp4-named.bin", command(4, 1.5, 2.5, "-f mp4 mp4-named.bin", {}, 4)},
+        {"mov-named.bin", command(4, 1.5, 2.5, "-f mov mov-named.bin", {}, 4)},
+        // Shorter than the fallback time: only half the duration lands inside it.
+        {"short.mp4", command(0.4, 0.12, 0.28, "short.mp4")},
+        // No duration anywhere: the first attempt is at 0.5 s, inside the band; half of 2 s would be lime.
+        {"raw.es", command(2, 0.3, 0.7, "-f h264 raw.es")},
+        // Written to a pipe, the muxer cannot go back to record the duration.
+        {"piped.mkv", command(2, 0.3, 0.7, "-f matroska - > piped.mkv")},
+        // Pixels twice as wide as tall are shown stretched.
+        {"anamorphic.mp4", command(2, 0.5, 1.5, "-vf setsar=2/1 anamorphic.mp4")},
+        {"uhd.mp4", command(1, 0.3, 0.7, "uhd.mp4", "3840x2160")},
+        {"uhd-tall.mp4", command(1, 0.3, 0.7, "uhd-tall.mp4", "1080x3840")},
+        // No frame is shown from 1.88 s to 2.92 s: the one before the gap is nearer to 2 s than
+        // the tolerance, the one after is not. The frames after the gap are lime.
+        {"gap.mp4", command(3, 1, 1.9, "-vf \"setpts='if(gte(N,48),PTS+1/TB,PTS)'\" -fps_mode passthrough gap.mp4")},
+        // Half the file's duration lies past the last frame, which then stands in; it is blue, half the video red.
+        {"long-audio.mp4", command(2, 1.5, 2.5, "long-audio.mp4", {}, 6)},
+        {"clip.webm", command(2, 0.5, 1.5, "clip.webm", {}, 2, true)},
+        // A blue frame with a yellow marker in its top-left quarter, stored with display rotations.
+        {"marker.mp4",
+            "ffmpeg -v error -f lavfi -i color=c=blue:s=320x240:r=25:d=1,drawbox=w=80:h=60:c=yellow:t=fill "
+            "-c:v libx264 -pix_fmt yuv420p marker.mp4"},
+        {"rotated-0.mp4", "ffmpeg -v error -i marker.mp4 -c copy -metadata:s:v:0 rotate=0 rotated-0.mp4"},
+        {"rotated-90.mp4", "ffmpeg -v error -i marker.mp4 -c copy -metadata:s:v:0 rotate=90 rotated-90.mp4"},
+        {"rotated-180.mp4", "ffmpeg -v error -i marker.mp4 -c copy -metadata:s:v:0 rotate=180 rotated-180.mp4"},
+        {"rotated-270.mp4", "ffmpeg -v error -i marker.mp4 -c copy -metadata:s:v:0 rotate=270 rotated-270.mp4"},
+        // Index first, frames after, a keyframe every 0.2 s: cutting the file short leaves an
+        // index that promises frames the file no longer holds.
+        {"faststart.mp4", command(4, 0.3, 0.7, "-g 5 -movflags +faststart faststart.mp4", {}, 4)},
+        {"first-third.mp4", cut("faststart.mp4", "first-third.mp4", 3)},
+        // The header up to 16 bytes into the media data: the frames are gone.
+        {"header-only.mp4",
+            "head -c $(($(grep -obUa mdat faststart.mp4 | head -1 | cut -d: -f1) + 20)) faststart.mp4 "
+            "> header-only.mp4"},
+        // Frames until 0.96 s, then none until 4 s; the middle of the 6 s is 3 s.
+        {"wide-gap.mp4",
+            command(3, 0.3, 0.7, "-vf \"setpts='if(gte(N,25),PTS+3/TB,PTS)'\" -fps_mode passthrough wide-gap.mp4")},
+        {"one-keyframe.mp4",
+            command(oneKeyframeFrames / 25.0, 0.3, 0.7,
+                QStringLiteral("-g %1 -keyint_min %1 -sc_threshold 0 one-keyframe.mp4").arg(oneKeyframeFrames * 2),
+                "160x120")},
+        {"empty.mp4", ": > empty.mp4"},
+        {"noise.mp4", "openssl enc -aes-128-ctr -K 0 -iv 0 -in /dev/zero 2>/dev/null | head -c 200000 > noise.mp4"},
+        {"notes.mov", "echo 'just some words' > notes.mov"},
+        // The index sits at the end of an ordinary MP4, so the first 30% holds none.
+        {"truncated.mp4", cut("av.mp4", "truncated.mp4", 3)},
+        {"still.png", "ffmpeg -v error -f lavfi -i color=c=red:s=64x48:d=1 -frames:v 1 still.png"},
+        {"tone.m4a", "ffmpeg -v error -f lavfi -i sine=duration=1 -c:a aac tone.m4a"},
+        // Declared sizes beyond the limits are refused before any frame is allocated.
+        {"wide.y4m", y4m("W20000 H16", "wide.y4m")},
+        {"huge.y4m", y4m("W16000 H16000", "huge.y4m")},
+    });
+    return folder;
+}
+
+// Names the fixture colour around a point given as fractions of the size, allowing for lossy coding.
+std::string colourAt(const BundleRasterImage &image, double fx, double fy)
+{
+    const int cx = std::clamp(int(fx * image.width), 2, image.width - 3);
+    const int cy = std::clamp(int(fy * image.height), 2, image.height - 3);
+    std::array<int, 3> mean {};
+    for (int y = cy - 2; y <= cy + 2; ++y) {
+        for (int x = cx - 2; x <= cx + 2; ++x) {
+            for (int c = 0; c < 3; ++c)
+                mean[c] += quint8(image.rgb[(qsizetype(y) * image.width + x) * 3 + c]);
+        }
+    }
+    for (int &value : mean)
+        value /= 25;
+    const std::pair<const char *, std::array<int, 3>> named[] {
+        {"red", {255, 0, 0}}, {"lime", {0, 255, 0}}, {"blue", {0, 0, 255}}, {"yellow", {255, 255, 0}}};
+    for (const auto &[name, rgb] : named) {
+        if (std::abs(mean[0] - rgb[0]) < 48 && std::abs(mean[1] - rgb[1]) < 48 && std::abs(mean[2] - rgb[2]) < 48)
+            return name;
+    }
+    return "other";
+}
+
+// What an inspection says as one line: the poster by its size and colours (the centre's, then
+// the corners' when they differ), or, with `hash`, by its pixels.
+std::string describe(const BundleVideoInspection &inspection, bool hash = false)
+{
+    const char *outcomes[] = {"firstAttempt", "fallback", "unavailable"};
+    QString text = QStringLiteral("%1x%2 %3 %4 %5 %6s, %7")
+                       .arg(inspection.width)
+                       .arg(inspection.height)
+                       .arg(inspection.container, inspection.videoCodec,
+                           inspection.audioCodec.value_or(inspection.hasAudio ? "?" : "-"))
+                       .arg(inspection.durationSeconds, 0, 'f', 1)
+                       .arg(outcomes[int(inspection.posterOutcome)]);
+    if (inspection.error)
+        text += QStringLiteral(", error");
+    if (!inspection.poster)
+        return text.toStdString();
+    const BundleRasterImage &poster = *inspection.poster;
+    const std::string line = text.toStdString() + " " + std::to_string(poster.width) + "x"
+        + std::to_string(poster.height) + " " + colourAt(poster, 0.5, 0.5);
+    if (hash)
+        return line + " " + QCryptographicHash::hash(poster.rgb, QCryptographicHash::Sha1).toHex().toStdString();
+    const std::string centre = colourAt(poster, 0.5, 0.5);
+    std::string corners;
+    bool uniform = true;
+    for (const auto &[x, y] : {std::pair {0.1, 0.1}, {0.9, 0.1}, {0.1, 0.9}, {0.9, 0.9}}) {
+        corners += " " + colourAt(poster, x, y);
+        uniform = uniform && corners.ends_with(" " + centre);
+    }
+    return uniform ? line : line + ";" + corners;
+}
 
 std::string rungOneFailed(const QString &path)
 {
@@ -47,642 +177,90 @@ std::string noPoster(const QString &path)
         "sorvane.writer", "warning", "No poster frame available for " + path + "; the item will be omitted.");
 }
 
-// ---- Fixture videos, made with the ffmpeg tool at run time -------------------------------
-
-bool runFfmpeg(const QStringList &arguments, const QString &standardOutput = {})
+TEST(FfmpegVideoSource, ReadsMetadataAndTakesThePosterFromTheMiddleOrHalfASecondIn)
 {
-    QProcess process;
-    if (!standardOutput.isEmpty())
-        process.setStandardOutputFile(standardOutput);
-    process.start(QStringLiteral("ffmpeg"),
-        QStringList {QStringLiteral("-hide_banner"), QStringLiteral("-nostdin"), QStringLiteral("-loglevel"),
-            QStringLiteral("error"), QStringLiteral("-y")}
-            + arguments);
-    if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
-        ADD_FAILURE() << "ffmpeg " << arguments.join(QLatin1Char(' ')).toStdString()
-                      << " failed: " << process.readAllStandardError().toStdString();
-        return false;
+    const std::pair<const char *, const char *> cases[] = {
+        {"av.mp4", "320x240 mp4 h264 aac 4.0s, firstAttempt 320x240 blue"},
+        {"silent.mp4", "320x240 mp4 h264 - 4.0s, firstAttempt 320x240 blue"},
+        {"mp4-named.bin", "320x240 mp4 h264 aac 4.0s, firstAttempt 320x240 blue"},
+        {"mov-named.bin", "320x240 mov h264 aac 4.0s, firstAttempt 320x240 blue"},
+        {"short.mp4", "320x240 mp4 h264 - 0.4s, firstAttempt 320x240 blue"},
+        {"raw.es", "320x240 h264 h264 - 0.0s, firstAttempt 320x240 blue"},
+        {"piped.mkv", "320x240 matroska h264 - 0.0s, firstAttempt 320x240 blue"},
+        {"anamorphic.mp4", "640x240 mp4 h264 - 2.0s, firstAttempt 640x240 blue"},
+        // Posters keep their long edge within 2160 pixels.
+        {"uhd.mp4", "3840x2160 mp4 h264 - 1.0s, firstAttempt 2160x1215 blue"},
+        {"uhd-tall.mp4", "1080x3840 mp4 h264 - 1.0s, firstAttempt 608x2160 blue"},
+        {"gap.mp4", "320x240 mp4 h264 - 4.0s, firstAttempt 320x240 blue"},
+        {"long-audio.mp4", "320x240 mp4 h264 aac 6.0s, firstAttempt 320x240 blue"},
+        {"clip.webm", "320x240 matroska vp9 opus 2.0s, firstAttempt 320x240 blue"},
+        // The tag is a counter-clockwise display turn: ffmpeg's own player shows the "rotate=90"
+        // clip with the marker bottom-left. "rotate=270" is what a phone filming upright writes.
+        {"rotated-0.mp4", "320x240 mp4 h264 - 1.0s, firstAttempt 320x240 blue; yellow blue blue blue"},
+        {"rotated-90.mp4", "240x320 mp4 h264 - 1.0s, firstAttempt 240x320 blue; blue blue yellow blue"},
+        {"rotated-180.mp4", "320x240 mp4 h264 - 1.0s, firstAttempt 320x240 blue; blue blue blue yellow"},
+        {"rotated-270.mp4", "240x320 mp4 h264 - 1.0s, firstAttempt 240x320 blue; blue yellow blue blue"},
+        // The middle is cut off, has no frame near it, or lies beyond the reading budget: the
+        // poster comes from 0.5 s, inside the blue band.
+        {"first-third.mp4", "320x240 mp4 h264 aac 4.0s, fallback 320x240 blue"},
+        {"wide-gap.mp4", "320x240 mp4 h264 - 6.0s, fallback 320x240 blue"},
+        {"one-keyframe.mp4", "160x120 mp4 h264 - 52.0s, fallback 160x120 blue"},
+        // The header still describes the video; only its frames are gone.
+        {"header-only.mp4", "320x240 mp4 h264 aac 4.0s, unavailable"},
+    };
+    for (const auto &[file, expected] : cases) {
+        const QString path = videos().path(QString::fromUtf8(file));
+        test::LogCapture log(QStringLiteral("sorvane.writer.info=true"));
+        const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
+        EXPECT_EQ(describe(inspection), expected) << file;
+        std::vector<std::string> lines;
+        if (inspection.posterOutcome != BundlePosterOutcome::firstAttempt)
+            lines.push_back(rungOneFailed(path));
+        if (inspection.posterOutcome == BundlePosterOutcome::unavailable)
+            lines.push_back(noPoster(path));
+        EXPECT_EQ(log.take(), lines) << file;
     }
-    return true;
 }
 
-const QString &encoderList()
+TEST(FfmpegVideoSource, FilesThatAreNotUsableVideosGiveNoPosterAndSaySo)
 {
-    static const QString list = [] {
-        QProcess process;
-        process.start(QStringLiteral("ffmpeg"), {QStringLiteral("-hide_banner"), QStringLiteral("-encoders")});
-        process.waitForFinished(-1);
-        return QString::fromUtf8(process.readAllStandardOutput());
-    }();
-    return list;
-}
-
-bool hasEncoder(const char *name)
-{
-    return encoderList().contains(QLatin1Char(' ') + QLatin1String(name) + QLatin1Char(' '));
-}
-
-bool hasH264()
-{
-    return hasEncoder("libx264");
-}
-
-// H.264 where this ffmpeg can make it, MPEG-4 part 2 otherwise.
-QStringList commonVideoCodec()
-{
-    if (hasH264())
-        return {QStringLiteral("-c:v"), QStringLiteral("libx264"), QStringLiteral("-preset"),
-            QStringLiteral("veryfast"), QStringLiteral("-pix_fmt"), QStringLiteral("yuv420p")};
-    return {QStringLiteral("-c:v"), QStringLiteral("mpeg4"), QStringLiteral("-q:v"), QStringLiteral("3")};
-}
-
-QString commonVideoCodecName()
-{
-    return hasH264() ? QStringLiteral("h264") : QStringLiteral("mpeg4");
-}
-
-// Options for the common codec that keep its only keyframe at the start, scene cuts or not.
-QStringList onlyFirstKeyframe(int frames)
-{
-    const QString interval = QString::number(frames * 2);
-    if (hasH264()) // x264 turns scene-cut detection off at 0
-        return {QStringLiteral("-g"), interval, QStringLiteral("-keyint_min"), interval,
-            QStringLiteral("-sc_threshold"), QStringLiteral("0")};
-    // The native encoder needs a threshold nothing reaches, and leave to exceed its usual 600-frame interval.
-    return {QStringLiteral("-g"), interval, QStringLiteral("-sc_threshold"), QStringLiteral("1000000000"),
-        QStringLiteral("-strict"), QStringLiteral("experimental")};
-}
-
-enum class Codec { common, vp9 };
-
-// A clip whose colour says when a frame was shown: red, then blue during the band, then lime.
-struct Clip {
-    QString file; // the extension picks the muxer
-    int width = 320;
-    int height = 240;
-    double seconds = 4;
-    double blueFrom = 1.5;
-    double blueTo = 2.5;
-    bool audio = true;
-    double audioSeconds = 0; // 0: as long as the video
-    Codec codec = Codec::common;
-    QStringList extra; // more output options
-    bool piped = false; // written to a pipe, so the muxer cannot go back to record the duration
-    QString pipedFormat; // the muxer for a piped clip
-    bool elementary = false; // a bare video stream without a container, so without any duration
-};
-
-// What the demuxer calls a bare stream of the common codec.
-std::string elementaryName()
-{
-    return hasH264() ? "h264" : "m4v";
-}
-
-QString bandSource(const Clip &clip)
-{
-    return QStringLiteral("color=c=red:s=%1x%2:r=25:d=%3,"
-                          "drawbox=x=0:y=0:w=iw:h=ih:color=blue:t=fill:enable='between(t,%4,%5)',"
-                          "drawbox=x=0:y=0:w=iw:h=ih:color=lime:t=fill:enable='gt(t,%5)'")
-        .arg(clip.width)
-        .arg(clip.height)
-        .arg(clip.seconds)
-        .arg(clip.blueFrom)
-        .arg(clip.blueTo);
-}
-
-bool makeClip(const Clip &clip, const QString &path)
-{
-    QStringList arguments {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), bandSource(clip)};
-    if (clip.audio)
-        arguments << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-i")
-                  << QStringLiteral("sine=frequency=440:duration=%1")
-                         .arg(clip.audioSeconds > 0 ? clip.audioSeconds : clip.seconds);
-    if (clip.codec == Codec::vp9)
-        arguments << QStringLiteral("-c:v") << QStringLiteral("libvpx-vp9") << QStringLiteral("-deadline")
-                  << QStringLiteral("realtime") << QStringLiteral("-b:v") << QStringLiteral("200k");
-    else
-        arguments << commonVideoCodec();
-    if (clip.audio)
-        arguments << QStringLiteral("-c:a")
-                  << (clip.codec == Codec::vp9 ? QStringLiteral("libopus") : QStringLiteral("aac"));
-    arguments << clip.extra;
-    if (clip.elementary)
-        arguments << QStringLiteral("-f") << QString::fromStdString(elementaryName());
-    if (clip.piped)
-        return runFfmpeg(arguments << QStringLiteral("-f") << clip.pipedFormat << QStringLiteral("-"), path);
-    return runFfmpeg(arguments << path);
-}
-
-// One folder of fixture files for the whole test program, each made the first time it is asked for.
-class Fixtures {
-public:
-    static Fixtures &instance()
-    {
-        static Fixtures fixtures;
-        return fixtures;
-    }
-
-    QString path(const QString &file) const { return m_dir.filePath(file); }
-
-    QString clip(const Clip &clip)
-    {
-        const QString target = path(clip.file);
-        if (!m_made.contains(clip.file) && makeClip(clip, target))
-            m_made.insert(clip.file);
-        return target;
-    }
-
-    QString write(const QString &file, const QByteArray &bytes) const
-    {
-        QFile out(path(file));
-        if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size())
-            ADD_FAILURE() << "cannot write " << file.toStdString();
-        return out.fileName();
-    }
-
-private:
-    QTemporaryDir m_dir;
-    std::set<QString> m_made;
-};
-
-// ---- Reading posters ---------------------------------------------------------------------
-
-struct Rgb {
-    int r = 0, g = 0, b = 0;
-};
-
-// The mean colour of a small block centred at a fraction of the width and height.
-Rgb meanAt(const BundleRasterImage &image, double fx, double fy)
-{
-    const int cx = std::clamp(int(fx * image.width), 0, image.width - 1);
-    const int cy = std::clamp(int(fy * image.height), 0, image.height - 1);
-    Rgb sum;
-    int count = 0;
-    for (int y = std::max(0, cy - 2); y <= std::min(image.height - 1, cy + 2); ++y) {
-        for (int x = std::max(0, cx - 2); x <= std::min(image.width - 1, cx + 2); ++x) {
-            const auto *pixel
-                = reinterpret_cast<const uchar *>(image.rgb.constData()) + (qsizetype(y) * image.width + x) * 3;
-            sum.r += pixel[0];
-            sum.g += pixel[1];
-            sum.b += pixel[2];
-            ++count;
+    const std::pair<const char *, const char *> cases[] = {
+        {"absent.mp4", "No such file"},
+        {"empty.mp4", ""},
+        {"noise.mp4", nullptr}, // may open, but must yield no poster
+        {"notes.mov", ""},
+        {"truncated.mp4", ""},
+        {"still.png", ""},
+        {"tone.m4a", ""},
+        {"wide.y4m", "20000x16"},
+        {"huge.y4m", "16000x16000"},
+    };
+    for (const auto &[file, error] : cases) {
+        SCOPED_TRACE(file);
+        const QString path = videos().path(QString::fromUtf8(file));
+        test::LogCapture log(QStringLiteral("sorvane.writer.info=true"));
+        const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
+        EXPECT_FALSE(inspection.poster.has_value());
+        EXPECT_EQ(inspection.posterOutcome, BundlePosterOutcome::unavailable);
+        if (error) {
+            ASSERT_TRUE(inspection.error.has_value());
+            EXPECT_FALSE(inspection.error->isEmpty());
+            EXPECT_THAT(inspection.error->toStdString(), HasSubstr(error));
         }
-    }
-    return {sum.r / count, sum.g / count, sum.b / count};
-}
-
-// Names the fixture colour a block is close to, allowing for lossy coding.
-std::string colourAt(const BundleRasterImage &image, double fx = 0.5, double fy = 0.5)
-{
-    if (!image.isValid())
-        return "invalid image";
-    const Rgb mean = meanAt(image, fx, fy);
-    const std::array<std::pair<const char *, Rgb>, 4> named {{
-        {"red", {255, 0, 0}},
-        {"lime", {0, 255, 0}},
-        {"blue", {0, 0, 255}},
-        {"yellow", {255, 255, 0}},
-    }};
-    for (const auto &[name, reference] : named) {
-        if (std::abs(mean.r - reference.r) < 48 && std::abs(mean.g - reference.g) < 48
-            && std::abs(mean.b - reference.b) < 48)
-            return name;
-    }
-    return "other(" + std::to_string(mean.r) + "," + std::to_string(mean.g) + "," + std::to_string(mean.b) + ")";
-}
-
-const char *outcomeName(BundlePosterOutcome outcome)
-{
-    switch (outcome) {
-    case BundlePosterOutcome::firstAttempt:
-        return "firstAttempt";
-    case BundlePosterOutcome::fallback:
-        return "fallback";
-    case BundlePosterOutcome::unavailable:
-        return "unavailable";
-    }
-    return "?";
-}
-
-// Everything an inspection says, as one comparable text (the poster by its hash).
-std::string describe(const BundleVideoInspection &inspection)
-{
-    std::string text = std::to_string(inspection.width) + "x" + std::to_string(inspection.height) + " "
-        + std::to_string(inspection.durationSeconds) + "s " + inspection.container.toStdString() + " "
-        + inspection.videoCodec.toStdString() + " audio=" + (inspection.hasAudio ? "yes:" : "no:")
-        + inspection.audioCodec.value_or(QStringLiteral("-")).toStdString() + " "
-        + outcomeName(inspection.posterOutcome)
-        + " error=" + inspection.error.value_or(QStringLiteral("-")).toStdString();
-    if (inspection.poster)
-        text += " poster=" + std::to_string(inspection.poster->width) + "x" + std::to_string(inspection.poster->height)
-            + ":" + QCryptographicHash::hash(inspection.poster->rgb, QCryptographicHash::Sha1).toHex().toStdString();
-    return text;
-}
-
-// ---- Clips that inspect fully -----------------------------------------------------------
-
-struct ClipCase {
-    std::string name;
-    Clip clip;
-    std::string container; // empty: the bare stream's own name
-    bool vp9 = false;
-    std::optional<QString> audioCodec;
-    double duration = 0; // 0: the file records none
-    int width = 0;
-    int height = 0;
-    int posterWidth = 0;
-    int posterHeight = 0;
-};
-
-// No duration anywhere: the first attempt is at 0.5 s, inside the band; half of 2 s would be lime.
-Clip rawStreamClip()
-{
-    return {.file = QStringLiteral("raw.es"),
-        .seconds = 2,
-        .blueFrom = 0.3,
-        .blueTo = 0.7,
-        .audio = false,
-        .elementary = true};
-}
-
-// A clip without sound, blue from `from` to `to` seconds.
-Clip silent(const char *file, double seconds, double from, double to, const QStringList &extra = {})
-{
-    return {.file = QString::fromLatin1(file),
-        .seconds = seconds,
-        .blueFrom = from,
-        .blueTo = to,
-        .audio = false,
-        .extra = extra};
-}
-
-Clip sized(Clip clip, int width, int height)
-{
-    clip.width = width;
-    clip.height = height;
-    return clip;
-}
-
-std::vector<ClipCase> clipCases()
-{
-    const std::optional<QString> aac = QStringLiteral("aac");
-    const std::optional<QString> none;
-    Clip piped = silent("piped.mkv", 2, 0.3, 0.7);
-    piped.piped = true;
-    piped.pipedFormat = QStringLiteral("matroska");
-    // Half of 4 s is 2 s, inside the blue band; t = 0 would be red, the end lime.
-    return {
-        {"mp4WithAudio", {.file = QStringLiteral("av.mp4")}, "mp4", false, aac, 4, 320, 240, 320, 240},
-        {"mp4WithoutAudio", silent("silent.mp4", 4, 1.5, 2.5), "mp4", false, none, 4, 320, 240, 320, 240},
-        // Without a telling extension, the brand inside names a QuickTime-family container.
-        {"mp4UnderOtherName", {.file = QStringLiteral("mp4-named.bin"), .extra = {"-f", "mp4"}}, "mp4", false, aac, 4,
-            320, 240, 320, 240},
-        {"movUnderOtherName", {.file = QStringLiteral("mov-named.bin"), .extra = {"-f", "mov"}}, "mov", false, aac, 4,
-            320, 240, 320, 240},
-        // Shorter than the fallback time: only half the duration lands inside it.
-        {"shorterThanHalfSecond", silent("short.mp4", 0.4, 0.12, 0.28), "mp4", false, none, 0.4, 320, 240, 320, 240},
-        {"rawElementaryStream", rawStreamClip(), "", false, none, 0, 320, 240, 320, 240},
-        {"matroskaWithoutDuration", piped, "matroska", false, none, 0, 320, 240, 320, 240},
-        // Pixels twice as wide as tall are shown stretched.
-        {"nonSquarePixels", silent("anamorphic.mp4", 2, 0.5, 1.5, {"-vf", "setsar=2/1"}), "mp4", false, none, 2, 640,
-            240, 640, 240},
-        {"ultraHd", sized(silent("uhd.mp4", 1, 0.3, 0.7), 3840, 2160), "mp4", false, none, 1, 3840, 2160, 2160, 1215},
-        {"tallUltraHd", sized(silent("uhd-tall.mp4", 1, 0.3, 0.7), 1080, 3840), "mp4", false, none, 1, 1080, 3840, 608,
-            2160},
-        // No frame is shown from 1.88 s to 2.92 s: the one before the gap is nearer to 2 s than
-        // the tolerance, the one after is not. The frames after the gap are lime.
-        {"frameBeforeGap",
-            silent("gap.mp4", 3, 1, 1.9, {"-vf", "setpts='if(gte(N,48),PTS+1/TB,PTS)'", "-fps_mode", "passthrough"}),
-            "mp4", false, none, 4, 320, 240, 320, 240},
-        // Half the file's duration lies past the last frame, which then stands in; it is blue, half the video red.
-        {"audioOutlastsVideo",
-            {.file = QStringLiteral("long-audio.mp4"), .seconds = 2, .blueFrom = 1.5, .blueTo = 2.5, .audioSeconds = 6},
-            "mp4", false, aac, 6, 320, 240, 320, 240},
-        {"vp9WebM",
-            {.file = QStringLiteral("clip.webm"), .seconds = 2, .blueFrom = 0.5, .blueTo = 1.5, .codec = Codec::vp9},
-            "matroska", true, QStringLiteral("opus"), 2, 320, 240, 320, 240},
-    };
-}
-
-void PrintTo(const ClipCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class FfmpegVideoSourceClip : public ::testing::TestWithParam<ClipCase> { };
-
-TEST_P(FfmpegVideoSourceClip, ReadsMetadataAndTakesPosterFromTheMiddle)
-{
-    const ClipCase &c = GetParam();
-    if (c.vp9 && (!hasEncoder("libvpx-vp9") || !hasEncoder("libopus")))
-        GTEST_SKIP() << "this ffmpeg cannot encode VP9 with Opus";
-    const QString path = Fixtures::instance().clip(c.clip);
-    LogCapture log(writerInfoOn);
-
-    const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
-
-    EXPECT_FALSE(inspection.error.has_value()) << inspection.error.value_or(QString()).toStdString();
-    EXPECT_EQ(inspection.container.toStdString(), c.container.empty() ? elementaryName() : c.container);
-    EXPECT_EQ(inspection.videoCodec, c.vp9 ? QStringLiteral("vp9") : commonVideoCodecName());
-    EXPECT_EQ(inspection.audioCodec, c.audioCodec);
-    EXPECT_EQ(inspection.hasAudio, c.audioCodec.has_value());
-    if (c.duration > 0)
-        EXPECT_NEAR(inspection.durationSeconds, c.duration, 0.1);
-    else
-        EXPECT_EQ(inspection.durationSeconds, 0);
-    EXPECT_EQ(inspection.width, c.width);
-    EXPECT_EQ(inspection.height, c.height);
-    EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("firstAttempt"));
-    ASSERT_TRUE(inspection.poster.has_value());
-    EXPECT_TRUE(inspection.poster->isValid());
-    EXPECT_EQ(inspection.poster->width, c.posterWidth);
-    EXPECT_EQ(inspection.poster->height, c.posterHeight);
-    EXPECT_EQ(colourAt(*inspection.poster), "blue") << "the poster is not from the requested time";
-    EXPECT_THAT(log.take(), IsEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(FfmpegClips, FfmpegVideoSourceClip, ::testing::ValuesIn(clipCases()),
-    [](const ::testing::TestParamInfo<ClipCase> &info) { return info.param.name; });
-
-// ---- Rotation ----------------------------------------------------------------------------
-
-struct RotationCase {
-    std::string name;
-    int rotateTag; // the QuickTime "rotate" tag ffmpeg turns into a display matrix
-    int width, height; // as shown
-    double markerX, markerY; // where the stored top-left marker appears once upright
-};
-
-// A blue frame with a yellow marker in its top-left quarter, stored with a display rotation.
-QString rotatedClip(int rotateTag)
-{
-    Fixtures &fixtures = Fixtures::instance();
-    const QString plain = fixtures.path(QStringLiteral("marker.mp4"));
-    if (!QFile::exists(plain))
-        runFfmpeg(QStringList {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-                      QStringLiteral("color=c=blue:s=320x240:r=25:d=1,drawbox=x=0:y=0:w=80:h=60:color=yellow:t=fill")}
-            + commonVideoCodec() + QStringList {plain});
-    const QString rotated = fixtures.path(QStringLiteral("rotated-%1.mp4").arg(rotateTag));
-    if (!QFile::exists(rotated))
-        runFfmpeg({QStringLiteral("-i"), plain, QStringLiteral("-c"), QStringLiteral("copy"),
-            QStringLiteral("-metadata:s:v:0"), QStringLiteral("rotate=%1").arg(rotateTag), rotated});
-    return rotated;
-}
-
-void PrintTo(const RotationCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class FfmpegVideoSourceRotation : public ::testing::TestWithParam<RotationCase> { };
-
-TEST_P(FfmpegVideoSourceRotation, ReportsShownSizeAndTurnsPosterUpright)
-{
-    const RotationCase &c = GetParam();
-    const BundleVideoInspection inspection = FfmpegVideoSource().inspect(rotatedClip(c.rotateTag));
-
-    EXPECT_EQ(inspection.width, c.width);
-    EXPECT_EQ(inspection.height, c.height);
-    ASSERT_TRUE(inspection.poster.has_value());
-    EXPECT_EQ(inspection.poster->width, c.width);
-    EXPECT_EQ(inspection.poster->height, c.height);
-    // The marker is in exactly one corner: the one the display rotation moves it to.
-    const std::array<std::pair<double, double>, 4> corners {{{0.1, 0.1}, {0.9, 0.1}, {0.1, 0.9}, {0.9, 0.9}}};
-    for (const auto &[x, y] : corners) {
-        const bool expected = x == c.markerX && y == c.markerY;
-        EXPECT_EQ(colourAt(*inspection.poster, x, y), expected ? "yellow" : "blue") << "corner " << x << "," << y;
+        const std::vector<std::string> lines = log.take();
+        ASSERT_FALSE(lines.empty());
+        EXPECT_EQ(lines.back(), noPoster(path));
     }
 }
 
-// This ffmpeg stores the tag as a counter-clockwise display turn; its own player shows the
-// "rotate=90" clip with the marker bottom-left, which these cases follow. "rotate=270" writes
-// the same matrix as a phone filming upright.
-INSTANTIATE_TEST_SUITE_P(FfmpegRotations, FfmpegVideoSourceRotation,
-    ::testing::Values(RotationCase {"none", 0, 320, 240, 0.1, 0.1}, RotationCase {"quarter", 90, 240, 320, 0.1, 0.9},
-        RotationCase {"half", 180, 320, 240, 0.9, 0.9}, RotationCase {"threeQuarters", 270, 240, 320, 0.9, 0.1}),
-    [](const ::testing::TestParamInfo<RotationCase> &info) { return info.param.name; });
-
-// ---- Files that are not usable videos ----------------------------------------------------
-
-// The length of the file up to and including the header of its first top-level box of this type.
-std::optional<qsizetype> endOfBoxHeader(const QByteArray &mp4, const char *type)
+TEST(FfmpegVideoSource, ConcurrentInspectionsAgreeWithSequentialOnes)
 {
-    qsizetype offset = 0;
-    while (offset + 8 <= mp4.size()) {
-        const quint32 size = qFromBigEndian<quint32>(mp4.constData() + offset);
-        if (mp4.mid(offset + 4, 4) == type)
-            return offset + 8;
-        if (size < 8)
-            return std::nullopt;
-        offset += size;
-    }
-    return std::nullopt;
-}
-
-QByteArray pseudoRandomBytes(int size)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    quint32 state = 0x9E3779B9u;
-    for (char &byte : bytes) {
-        state = state * 1664525u + 1013904223u;
-        byte = char(state >> 24);
-    }
-    return bytes;
-}
-
-struct RefusalCase {
-    std::string name;
-    std::function<QString()> make;
-    bool errorExpected; // false: the file may open, but must yield no poster
-    std::string errorContains;
-};
-
-std::vector<RefusalCase> refusalCases()
-{
-    return {
-        {"missingFile", [] { return Fixtures::instance().path(QStringLiteral("absent.mp4")); }, true, "No such file"},
-        {"zeroBytes", [] { return Fixtures::instance().write(QStringLiteral("empty.mp4"), {}); }, true, ""},
-        {"randomBytes",
-            [] { return Fixtures::instance().write(QStringLiteral("noise.mp4"), pseudoRandomBytes(200000)); }, false,
-            ""},
-        {"text", [] { return Fixtures::instance().write(QStringLiteral("notes.mov"), "just some words\n"); }, true, ""},
-        // The index sits at the end of an ordinary MP4, so the first 30% holds none.
-        {"truncatedMp4",
-            [] {
-                const QByteArray whole = readAll(Fixtures::instance().clip({.file = QStringLiteral("av.mp4")}));
-                return Fixtures::instance().write(QStringLiteral("truncated.mp4"), whole.left(whole.size() * 3 / 10));
-            },
-            true, ""},
-        {"stillImage",
-            [] {
-                const QString path = Fixtures::instance().path(QStringLiteral("still.png"));
-                runFfmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-                    QStringLiteral("color=c=red:s=64x48:d=1"), QStringLiteral("-frames:v"), QStringLiteral("1"), path});
-                return path;
-            },
-            true, ""},
-        {"audioOnly",
-            [] {
-                const QString path = Fixtures::instance().path(QStringLiteral("tone.m4a"));
-                runFfmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-                    QStringLiteral("sine=duration=1"), QStringLiteral("-c:a"), QStringLiteral("aac"), path});
-                return path;
-            },
-            true, ""},
-        // Declared sizes beyond the limits are refused before any frame is allocated.
-        {"tooWide",
-            [] {
-                return Fixtures::instance().write(
-                    QStringLiteral("wide.y4m"), "YUV4MPEG2 W20000 H16 F25:1 C420jpeg\nFRAME\n" + QByteArray(64, '\0'));
-            },
-            true, "20000x16"},
-        {"tooManyPixels",
-            [] {
-                return Fixtures::instance().write(QStringLiteral("huge.y4m"),
-                    "YUV4MPEG2 W16000 H16000 F25:1 C420jpeg\nFRAME\n" + QByteArray(64, '\0'));
-            },
-            true, "16000x16000"},
-    };
-}
-
-void PrintTo(const RefusalCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class FfmpegVideoSourceRefusal : public ::testing::TestWithParam<RefusalCase> { };
-
-TEST_P(FfmpegVideoSourceRefusal, GivesNoPosterAndSaysSo)
-{
-    const RefusalCase &c = GetParam();
-    const QString path = c.make();
-    LogCapture log(writerInfoOn);
-
-    const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
-
-    EXPECT_FALSE(inspection.poster.has_value());
-    EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("unavailable"));
-    if (c.errorExpected) {
-        ASSERT_TRUE(inspection.error.has_value());
-        EXPECT_FALSE(inspection.error->isEmpty());
-        EXPECT_THAT(inspection.error->toStdString(), HasSubstr(c.errorContains));
-    }
-    const std::vector<std::string> lines = log.take();
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back(), noPoster(path));
-}
-
-INSTANTIATE_TEST_SUITE_P(FfmpegRefusals, FfmpegVideoSourceRefusal, ::testing::ValuesIn(refusalCases()),
-    [](const ::testing::TestParamInfo<RefusalCase> &info) { return info.param.name; });
-
-// ---- The fallback ladder ----------------------------------------------------------------
-
-// Index first, frames after, a keyframe every 0.2 s: cutting the file short leaves an
-// index that promises frames the file no longer holds.
-QString faststartClip()
-{
-    return Fixtures::instance().clip({.file = QStringLiteral("faststart.mp4"),
-        .blueFrom = 0.3,
-        .blueTo = 0.7,
-        .extra = {"-g", "5", "-movflags", "+faststart"}});
-}
-
-TEST(FfmpegVideoSourceLadder, FallsBackToHalfASecondWhenTheMiddleCannotBeShown)
-{
-    // One keyframe, at the start: reaching the middle means decoding more frames than one attempt may read.
-    const int frames = FfmpegVideoSource::maxVideoPacketsPerAttempt * 2 + 100;
-    const QByteArray whole = readAll(faststartClip());
-    ASSERT_FALSE(whole.isEmpty());
-    const struct {
-        const char *name;
-        QString path;
-        double duration;
-    } cases[] = {
-        {"middle cut off",
-            Fixtures::instance().write(QStringLiteral("first-third.mp4"), whole.left(whole.size() * 3 / 10)), 4},
-        // Frames until 0.96 s, then none until 4 s; the middle of the 6 s is 3 s.
-        {"no frame near the middle",
-            Fixtures::instance().clip(silent("wide-gap.mp4", 3, 0.3, 0.7,
-                {"-vf", "setpts='if(gte(N,25),PTS+3/TB,PTS)'", "-fps_mode", "passthrough"})),
-            6},
-        {"middle beyond the reading budget",
-            Fixtures::instance().clip(
-                sized(silent("one-keyframe.mp4", frames / 25.0, 0.3, 0.7, onlyFirstKeyframe(frames)), 160, 120)),
-            0},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.name);
-        LogCapture log(writerInfoOn);
-        const BundleVideoInspection inspection = FfmpegVideoSource().inspect(c.path);
-        EXPECT_FALSE(inspection.error.has_value());
-        if (c.duration > 0)
-            EXPECT_NEAR(inspection.durationSeconds, c.duration, 0.1);
-        EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("fallback"));
-        ASSERT_TRUE(inspection.poster.has_value());
-        EXPECT_EQ(colourAt(*inspection.poster), "blue") << "the fallback poster is not from 0.5 s";
-        EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(c.path)));
-    }
-}
-
-TEST(FfmpegVideoSourceLadder, ReportsBothFailuresWhenNoFrameSurvives)
-{
-    if (!hasH264())
-        GTEST_SKIP() << "MPEG-4 part 2 in MP4 only gets its frame size from its frames";
-    const QByteArray whole = readAll(faststartClip());
-    const std::optional<qsizetype> mediaStart = endOfBoxHeader(whole, "mdat");
-    ASSERT_TRUE(mediaStart.has_value());
-    const QString path = Fixtures::instance().write(QStringLiteral("header-only.mp4"), whole.left(*mediaStart + 16));
-    LogCapture log(writerInfoOn);
-
-    const BundleVideoInspection inspection = FfmpegVideoSource().inspect(path);
-
-    // The header still describes the video; only its frames are gone.
-    EXPECT_FALSE(inspection.error.has_value());
-    EXPECT_EQ(inspection.width, 320);
-    EXPECT_EQ(inspection.height, 240);
-    EXPECT_EQ(inspection.videoCodec, commonVideoCodecName());
-    EXPECT_FALSE(inspection.poster.has_value());
-    EXPECT_EQ(outcomeName(inspection.posterOutcome), std::string("unavailable"));
-    EXPECT_THAT(log.take(), ElementsAre(rungOneFailed(path), noPoster(path)));
-}
-
-// ---- Concurrency -------------------------------------------------------------------------
-
-TEST(FfmpegVideoSourceThreads, ConcurrentInspectionsAgreeWithSequentialOnes)
-{
-    Fixtures &fixtures = Fixtures::instance();
-    const QByteArray faststart = readAll(faststartClip());
-    const std::vector<QString> files {
-        fixtures.clip({.file = QStringLiteral("av.mp4")}),
-        fixtures.clip(rawStreamClip()),
-        rotatedClip(90),
-        fixtures.write(QStringLiteral("first-third.mp4"), faststart.left(faststart.size() * 3 / 10)),
-        fixtures.write(QStringLiteral("noise.mp4"), pseudoRandomBytes(200000)),
-        fixtures.path(QStringLiteral("absent.mp4")),
-    };
+    std::vector<QString> files;
+    for (const char *file : {"av.mp4", "raw.es", "rotated-90.mp4", "first-third.mp4", "noise.mp4", "absent.mp4"})
+        files.push_back(videos().path(QString::fromUtf8(file)));
     const FfmpegVideoSource source;
-    std::vector<std::string> expected;
-    for (const QString &file : files)
-        expected.push_back(describe(source.inspect(file)));
-
-    constexpr int threadCount = 4;
-    std::vector<std::vector<std::string>> seen(threadCount, std::vector<std::string>(files.size()));
-    std::latch start(threadCount);
-    {
-        std::vector<std::jthread> threads;
-        for (int t = 0; t < threadCount; ++t) {
-            threads.emplace_back([&, t] {
-                start.arrive_and_wait();
-                // Each thread walks the files from a different place, so different files overlap.
-                for (size_t i = 0; i < files.size(); ++i) {
-                    const size_t file = (i + size_t(t)) % files.size();
-                    seen[t][file] = describe(source.inspect(files[file]));
-                }
-            });
-        }
-    }
-    for (int t = 0; t < threadCount; ++t)
-        EXPECT_EQ(seen[t], expected) << "thread " << t;
+    const test::LogCapture quiet;
+    test::expectSameAnswersOnThreads(files.size(), [&](size_t i) { return describe(source.inspect(files[i]), true); });
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <array>
 #include <limits>
 #include <string>
 #include <vector>
@@ -26,9 +27,6 @@ std::vector<std::string> warning(const char *text)
 }
 const auto unreadable = warning("[settingsUnreadable] brand_overlay.json could not be read; using defaults");
 const auto unwritable = warning("[settingsUnwritable] brand_overlay.json could not be written");
-const auto unsafePath = warning("Brand overlay image path is not a safe absolute path; overlay hidden");
-const auto missingFile = warning("Brand overlay image file is missing; overlay hidden");
-const auto undecodable = warning("[imageUndecodable] Brand overlay image could not be decoded; overlay hidden");
 
 // Answers every decode with a fixed size (or nothing) and remembers what it was asked.
 class FakeDecoder : public BrandOverlayImageDecoding {
@@ -45,48 +43,10 @@ private:
     std::optional<QSize> m_answer;
 };
 
-// In range and away from every default, so a member that is reset or clamped by mistake shows.
-BrandOverlaySettings custom()
-{
-    BrandOverlaySettings settings;
-    settings.enabled = true;
-    settings.imagePath = QStringLiteral("/logos/studio.png");
-    settings.corner = OverlayCorner::topLeft;
-    settings.sizePercent = 9.0;
-    settings.opacity = 0.4;
-    settings.marginPercent = 3.0;
-    return settings;
-}
+using S = BrandOverlaySettings;
 
-TEST(BrandOverlay, NormalisingClampsFiniteNumbersDefaultsTheRestAndTrimsThePath)
-{
-    using S = BrandOverlaySettings;
-    const struct {
-        double S::*field;
-        double input;
-        double expected;
-    } rows[] = {{&S::sizePercent, 2.9, 3}, {&S::sizePercent, 7.5, 7.5}, {&S::sizePercent, 40, 15},
-        {&S::sizePercent, nan, 6}, {&S::sizePercent, -inf, 6}, {&S::opacity, -1, 0}, {&S::opacity, 0.35, 0.35},
-        {&S::opacity, 1.5, 1}, {&S::opacity, inf, 0.6}, {&S::marginPercent, 0.5, 1}, {&S::marginPercent, 4.2, 4.2},
-        {&S::marginPercent, 5.5, 5}, {&S::marginPercent, nan, 2}};
-    for (const auto &row : rows) {
-        BrandOverlaySettings input = custom(), expected = custom();
-        input.*row.field = row.input;
-        expected.*row.field = row.expected;
-        EXPECT_EQ(BrandOverlay::normalise(input), expected) << row.input;
-    }
-    const std::pair<std::optional<QString>, std::optional<QString>> paths[]
-        = {{QStringLiteral("\t\r\n/logos/a  b.png \r\n"), QStringLiteral("/logos/a  b.png")},
-            {QStringLiteral("/x.png"), QStringLiteral("/x.png")}, {QStringLiteral("\n\t "), std::nullopt},
-            {QString(), std::nullopt}, {std::nullopt, std::nullopt}};
-    for (const auto &[input, expected] : paths) {
-        BrandOverlaySettings settings = custom();
-        settings.imagePath = input;
-        const BrandOverlaySettings normalised = BrandOverlay::normalise(settings);
-        settings.imagePath = expected;
-        EXPECT_EQ(normalised, settings) << (input ? input->toStdString() : "(absent)");
-    }
-}
+// In range and away from every default, so a member that is reset or clamped by mistake shows.
+const S custom {true, QStringLiteral("/logos/studio.png"), OverlayCorner::topLeft, 9.0, 0.4, 3.0};
 
 TEST(BrandOverlay, GeometryFitsTheLogoInItsCornerByTheShorterEdge)
 {
@@ -106,25 +66,28 @@ TEST(BrandOverlay, GeometryFitsTheLogoInItsCornerByTheShorterEdge)
         // Raw percents are normalised first: 15 % of 1080 is 162, 1 % is 10.8; unusable ones are defaults.
         {OverlayCorner::bottomRight, 1920, 1080, 400, 200, 40, 0.5, {1747.2, 988.2, 162, 81}},
         {OverlayCorner::bottomRight, 1920, 1080, 400, 200, nan, inf, {1833.6, 1026.0, 64.8, 32.4}},
-        // Unusable sizes give the empty rectangle.
-        {OverlayCorner::bottomRight, 0, 1080, 400, 200, 6, 2, {}},
-        {OverlayCorner::bottomRight, 1920, -1080, 400, 200, 6, 2, {}},
-        {OverlayCorner::bottomRight, 1920, 1080, 0, 200, 6, 2, {}},
-        {OverlayCorner::bottomRight, 1920, 1080, 400, -200, 6, 2, {}},
-        {OverlayCorner::bottomRight, inf, 1080, 400, 200, 6, 2, {}},
-        {OverlayCorner::bottomRight, 1920, nan, 400, 200, 6, 2, {}},
-        {OverlayCorner::bottomRight, 1920, 1080, inf, 200, 6, 2, {}},
-        {OverlayCorner::bottomRight, 1920, 1080, 400, nan, 6, 2, {}},
     };
-    for (const auto &row : rows) {
-        const QRectF rect = BrandOverlay::geometry(
-            row.corner, row.width, row.height, row.logoWidth, row.logoHeight, row.size, row.margin);
-        SCOPED_TRACE(std::to_string(row.width) + "x" + std::to_string(row.height) + " logo "
-            + std::to_string(row.logoWidth) + "x" + std::to_string(row.logoHeight));
-        EXPECT_NEAR(rect.x(), row.expected.x(), 1e-9);
-        EXPECT_NEAR(rect.y(), row.expected.y(), 1e-9);
-        EXPECT_NEAR(rect.width(), row.expected.width(), 1e-9);
-        EXPECT_NEAR(rect.height(), row.expected.height(), 1e-9);
+    const auto expectRect = [](const QRectF &rect, const QRectF &expected) {
+        EXPECT_NEAR(rect.x(), expected.x(), 1e-9);
+        EXPECT_NEAR(rect.y(), expected.y(), 1e-9);
+        EXPECT_NEAR(rect.width(), expected.width(), 1e-9);
+        EXPECT_NEAR(rect.height(), expected.height(), 1e-9);
+    };
+    for (const auto &r : rows) {
+        SCOPED_TRACE(std::to_string(r.width) + "x" + std::to_string(r.height) + " logo " + std::to_string(r.logoWidth)
+            + "x" + std::to_string(r.logoHeight));
+        expectRect(BrandOverlay::geometry(r.corner, r.width, r.height, r.logoWidth, r.logoHeight, r.size, r.margin),
+            r.expected);
+    }
+    // Any size that is not positive and finite gives the empty rectangle.
+    for (size_t which = 0; which < 4; ++which) {
+        for (const double bad : {0.0, -1080.0, inf, nan}) {
+            std::array<double, 4> sizes {1920, 1080, 400, 200};
+            sizes[which] = bad;
+            SCOPED_TRACE(std::to_string(which) + ": " + std::to_string(bad));
+            expectRect(BrandOverlay::geometry(OverlayCorner::bottomRight, sizes[0], sizes[1], sizes[2], sizes[3], 6, 2),
+                QRectF());
+        }
     }
 }
 
@@ -137,13 +100,7 @@ protected:
         ASSERT_TRUE(QDir().mkpath(folder()));
         ASSERT_TRUE(writeAll(settingsPath(), bytes));
     }
-    static BrandOverlaySettings showing(const QString &path)
-    {
-        BrandOverlaySettings settings;
-        settings.enabled = true;
-        settings.imagePath = path;
-        return settings;
-    }
+    static S showing(const QString &path) { return {.enabled = true, .imagePath = path}; }
 
     QTemporaryDir m_dir;
     test::LogCapture m_log;
@@ -152,7 +109,7 @@ protected:
 TEST_F(BrandOverlayStoreTest, SavesTheNormalisedRecordWithSortedCapitalisedKeysAndLoadsItBack)
 {
     BrandOverlayStore store(folder());
-    BrandOverlaySettings settings = custom();
+    S settings = custom;
     settings.sizePercent = 40;
     settings.opacity = 0.75;
     settings.imagePath = QStringLiteral("  /logos/studio.png\n");
@@ -164,53 +121,47 @@ TEST_F(BrandOverlayStoreTest, SavesTheNormalisedRecordWithSortedCapitalisedKeysA
     EXPECT_EQ(BrandOverlayStore(folder()).load(), BrandOverlay::normalise(settings));
 
     // Without a path the key is left out; saving again replaces the file, making missing folders.
+    // Numbers JSON cannot carry are normalised away first.
     const QString deep = m_dir.filePath(QStringLiteral("a/b/c"));
-    settings = custom();
-    settings.imagePath.reset();
-    settings.corner = OverlayCorner::bottomLeft;
-    BrandOverlayStore(deep).save(custom());
+    settings = {true, std::nullopt, OverlayCorner::bottomLeft, -inf, inf, nan};
+    BrandOverlayStore(deep).save(custom);
     BrandOverlayStore(deep).save(settings);
     EXPECT_FALSE(readAll(deep + "/brand_overlay.json").contains("ImagePath"));
-    EXPECT_EQ(BrandOverlayStore(deep).load(), settings);
+    EXPECT_EQ(BrandOverlayStore(deep).load(), (S {.enabled = true, .corner = OverlayCorner::bottomLeft}));
     EXPECT_EQ(QDir(deep).entryList(QDir::Files | QDir::Hidden), QStringList {QStringLiteral("brand_overlay.json")});
     EXPECT_TRUE(m_log.take().empty());
 }
 
 TEST_F(BrandOverlayStoreTest, ReadsEachMemberUnderEitherKeyAndNormalises)
 {
-    const BrandOverlaySettings defaults;
-    const auto with = [](auto change) {
-        BrandOverlaySettings settings;
-        change(settings);
-        return settings;
-    };
-    const std::pair<const char *, BrandOverlaySettings> rows[] = {
+    const S defaults;
+    const std::pair<const char *, S> rows[] = {
         {R"({})", defaults},
         {R"({"enabled": true, "imagePath": "/logos/studio.png", "corner": "TopLeft",
              "sizePercent": 9, "opacity": 0.4, "marginPercent": 3})",
-            custom()},
+            custom},
         // The capitalised key wins when both are usable, and gives way when it has the wrong type.
         {R"({"Enabled": false, "enabled": true})", defaults},
-        {R"({"SizePercent": 8, "sizePercent": 12})", with([](auto &s) { s.sizePercent = 8; })},
-        {R"({"Corner": "TopRight", "corner": "BottomLeft"})",
-            with([](auto &s) { s.corner = OverlayCorner::topRight; })},
-        {R"({"Enabled": "yes", "enabled": true})", with([](auto &s) { s.enabled = true; })},
-        {R"({"ImagePath": 5, "imagePath": "/a.png"})", with([](auto &s) { s.imagePath = QStringLiteral("/a.png"); })},
-        {R"({"Corner": 1, "corner": "TopRight"})", with([](auto &s) { s.corner = OverlayCorner::topRight; })},
-        {R"({"SizePercent": "12", "sizePercent": 12})", with([](auto &s) { s.sizePercent = 12; })},
-        {R"({"Opacity": null, "opacity": 0.9})", with([](auto &s) { s.opacity = 0.9; })},
-        {R"({"MarginPercent": [4], "marginPercent": 4})", with([](auto &s) { s.marginPercent = 4; })},
+        {R"({"SizePercent": 8, "sizePercent": 12})", {.sizePercent = 8}},
+        {R"({"Corner": "TopRight", "corner": "BottomLeft"})", {.corner = OverlayCorner::topRight}},
+        {R"({"Enabled": "yes", "enabled": true})", {.enabled = true}},
+        {R"({"ImagePath": 5, "imagePath": "/a.png"})", {.imagePath = QStringLiteral("/a.png")}},
+        {R"({"Corner": 1, "corner": "TopRight"})", {.corner = OverlayCorner::topRight}},
+        {R"({"SizePercent": "12", "sizePercent": 12})", {.sizePercent = 12}},
+        {R"({"Opacity": null, "opacity": 0.9})", {.opacity = 0.9}},
+        {R"({"MarginPercent": [4], "marginPercent": 4})", {.marginPercent = 4}},
         {R"({"Enabled": 1, "enabled": "true", "Opacity": "0.9", "opacity": false})", defaults},
         // Unknown corner texts, including the bundle's own wire value.
         {R"({"Corner": "Middle"})", defaults},
         {R"({"Corner": "top_left"})", defaults},
         {R"({"corner": "topLeft"})", defaults},
-        {R"({"sizePercent": 40, "Opacity": -1, "MarginPercent": 0.5, "ImagePath": "  /x.png\n"})", with([](auto &s) {
-             s.sizePercent = 15;
-             s.opacity = 0;
-             s.marginPercent = 1;
-             s.imagePath = QStringLiteral("/x.png");
-         })},
+        // Numbers are clamped into range, paths trimmed, and blank paths dropped.
+        {R"({"sizePercent": 40, "Opacity": -1, "MarginPercent": 0.5, "ImagePath": "\t\r\n/logos/a  b.png \r\n"})",
+            {.imagePath = QStringLiteral("/logos/a  b.png"), .sizePercent = 15, .opacity = 0, .marginPercent = 1}},
+        {R"({"SizePercent": 2.9, "Opacity": 1.5, "MarginPercent": 5.5, "ImagePath": "\n\t "})",
+            {.sizePercent = 3, .opacity = 1, .marginPercent = 5}},
+        {R"({"SizePercent": 7.5, "Opacity": 0.35, "MarginPercent": 4.2, "ImagePath": ""})",
+            {.sizePercent = 7.5, .opacity = 0.35, .marginPercent = 4.2}},
     };
     for (const auto &[json, expected] : rows) {
         SCOPED_TRACE(json);
@@ -222,23 +173,21 @@ TEST_F(BrandOverlayStoreTest, ReadsEachMemberUnderEitherKeyAndNormalises)
 
 TEST_F(BrandOverlayStoreTest, FilesThatCannotBeReadOrWrittenGiveTheDefaultsAndOneLine)
 {
-    EXPECT_EQ(BrandOverlayStore(folder()).load(), BrandOverlaySettings {});
+    EXPECT_EQ(BrandOverlayStore(folder()).load(), S {});
     EXPECT_TRUE(m_log.take().empty()); // a missing file is no fault
     for (const char *text : {"", "not json", "{\"Enabled\": tru", "[1, 2]", "\"TopLeft\"", "null"}) {
         writeSettings(QByteArray(text));
-        EXPECT_EQ(BrandOverlayStore(folder()).load(), BrandOverlaySettings {}) << text;
+        EXPECT_EQ(BrandOverlayStore(folder()).load(), S {}) << text;
         EXPECT_EQ(m_log.take(), unreadable) << text;
     }
 
     // A value held in memory wins, normalised, without the file being read.
     BrandOverlayStore store(folder());
-    BrandOverlaySettings held = custom();
-    held.sizePercent = 40;
-    store.setInMemory(held);
-    EXPECT_EQ(store.load(), BrandOverlay::normalise(held));
+    store.setInMemory({.sizePercent = 40, .opacity = 0.3});
+    EXPECT_EQ(store.load(), (S {.sizePercent = 15, .opacity = 0.3}));
     EXPECT_TRUE(m_log.take().empty());
     store.clearInMemory();
-    EXPECT_EQ(store.load(), BrandOverlaySettings {});
+    EXPECT_EQ(store.load(), S {});
     EXPECT_EQ(m_log.take(), unreadable);
 
     const QString blocker = m_dir.filePath(QStringLiteral("blocker"));
@@ -246,12 +195,12 @@ TEST_F(BrandOverlayStoreTest, FilesThatCannotBeReadOrWrittenGiveTheDefaultsAndOn
     QFile::remove(settingsPath());
     ASSERT_TRUE(QDir().mkpath(settingsPath()));
     for (const QString &storage : {blocker, blocker + QStringLiteral("/Sorvane"), folder()}) {
-        BrandOverlayStore(storage).save(custom());
+        BrandOverlayStore(storage).save(custom);
         EXPECT_EQ(m_log.take(), unwritable) << storage.toStdString();
     }
     EXPECT_EQ(readAll(blocker), QByteArray("a file, not a folder"));
     // A folder in place of the file cannot be read either.
-    EXPECT_EQ(BrandOverlayStore(folder()).load(), BrandOverlaySettings {});
+    EXPECT_EQ(BrandOverlayStore(folder()).load(), S {});
     EXPECT_EQ(m_log.take(), unreadable);
 }
 
@@ -260,29 +209,32 @@ TEST_F(BrandOverlayStoreTest, TheLogoIsShownOnlyWhenEveryCheckPasses)
     const QString tmp = m_dir.path(), logo = m_dir.filePath(QStringLiteral("logo.png"));
     ASSERT_TRUE(writeAll(logo, "pretend image"));
     ASSERT_TRUE(writeAll(tmp + "/b..c.png", "pretend image"));
+    const auto unsafe = warning("Brand overlay image path is not a safe absolute path; overlay hidden");
+    const auto undecodable = warning("[imageUndecodable] Brand overlay image could not be decoded; overlay hidden");
     const struct {
         QString path;
         std::optional<QSize> decoded;
         std::vector<std::string> lines;
-        bool decodes;
     } rows[] = {
-        {QStringLiteral("logos/x.png"), QSize(10, 10), unsafePath, false},
-        {QStringLiteral("~/logo.png"), QSize(10, 10), unsafePath, false},
-        {QStringLiteral("/Users/a/../b.png"), QSize(10, 10), unsafePath, false},
+        {QStringLiteral("logos/x.png"), QSize(10, 10), unsafe},
+        {QStringLiteral("~/logo.png"), QSize(10, 10), unsafe},
+        {QStringLiteral("/Users/a/../b.png"), QSize(10, 10), unsafe},
         // Present on disk, still refused: ".." anywhere is enough.
-        {tmp + QStringLiteral("/b..c.png"), QSize(10, 10), unsafePath, false},
-        {tmp + QStringLiteral("/sub/../logo.png"), QSize(10, 10), unsafePath, false},
-        {tmp + QStringLiteral("/absent.png"), QSize(10, 10), missingFile, false},
-        {logo, std::nullopt, undecodable, true},
-        {logo, QSize(), undecodable, true},
-        {logo, QSize(0, 10), undecodable, true},
-        {logo, QSize(-4, 10), undecodable, true},
+        {tmp + QStringLiteral("/b..c.png"), QSize(10, 10), unsafe},
+        {tmp + QStringLiteral("/sub/../logo.png"), QSize(10, 10), unsafe},
+        {tmp + QStringLiteral("/absent.png"), QSize(10, 10),
+            warning("Brand overlay image file is missing; overlay hidden")},
+        {logo, std::nullopt, undecodable},
+        {logo, QSize(), undecodable},
+        {logo, QSize(0, 10), undecodable},
+        {logo, QSize(-4, 10), undecodable},
     };
     for (const auto &row : rows) {
         const FakeDecoder decoder(row.decoded);
         EXPECT_EQ(BrandOverlay::logoImage(showing(row.path), decoder), std::nullopt) << row.path.toStdString();
         EXPECT_EQ(m_log.take(), row.lines) << row.path.toStdString();
-        EXPECT_EQ(decoder.calls.size(), row.decodes ? 1u : 0u) << row.path.toStdString();
+        // Only a safe path to a file that exists is handed to the decoder.
+        EXPECT_EQ(decoder.calls.size(), row.lines == undecodable ? 1u : 0u) << row.path.toStdString();
     }
 
     for (const QString &path : {logo, QStringLiteral("  ") + logo + QStringLiteral("\n")}) {
@@ -291,9 +243,7 @@ TEST_F(BrandOverlayStoreTest, TheLogoIsShownOnlyWhenEveryCheckPasses)
         EXPECT_EQ(decoder.calls, std::vector<QString> {logo});
     }
     // An overlay with nothing to show is not checked at all.
-    BrandOverlaySettings disabled = showing(QStringLiteral("logos/x.png"));
-    disabled.enabled = false;
-    for (const BrandOverlaySettings &settings : {disabled, showing(QStringLiteral("   ")), BrandOverlaySettings {}}) {
+    for (const S &settings : {S {.imagePath = QStringLiteral("logos/x.png")}, showing(QStringLiteral("   ")), S {}}) {
         const FakeDecoder decoder(QSize(400, 200));
         EXPECT_EQ(BrandOverlay::logoImage(settings, decoder), std::nullopt);
         EXPECT_TRUE(decoder.calls.empty());

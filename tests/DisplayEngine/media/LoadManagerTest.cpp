@@ -7,15 +7,12 @@
 #include <QDeadlineTimer>
 
 #include <atomic>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace sorvane {
 namespace {
-
-using test::LogCapture;
 
 std::string debugLine(const char *text)
 {
@@ -36,9 +33,9 @@ struct Requests {
 TEST(LoadManagerTest, GrantsFourAtOnceAndHandsReleasedSlotsToTheOldestWaiter)
 {
     Requests r;
-    LogCapture log(QStringLiteral("sorvane.engine.debug=true"));
+    test::LogCapture log(QStringLiteral("sorvane.engine.debug=true"));
     r.request(4, 5);
-    log.clear();
+    log.take();
     r.request(1, 3);
     EXPECT_EQ(r.granted, (std::vector<int> {4, 5, 1, 2}));
     EXPECT_EQ(r.manager.waitingCount(), 1);
@@ -59,7 +56,7 @@ TEST(LoadManagerTest, GrantsFourAtOnceAndHandsReleasedSlotsToTheOldestWaiter)
         ASSERT_TRUE(r.manager.releaseSlot());
     EXPECT_EQ(r.granted, (std::vector<int> {4, 5, 1, 2, 3, 6, 7}));
     EXPECT_EQ(r.manager.activeLoads(), 0);
-    log.clear();
+    log.take();
 
     // A release too many is refused and leaves the count where it was.
     EXPECT_FALSE(r.manager.releaseSlot());
@@ -71,84 +68,73 @@ TEST(LoadManagerTest, GrantsFourAtOnceAndHandsReleasedSlotsToTheOldestWaiter)
 
 TEST(LoadManagerTest, ResetGrantsEveryWaiterAndCountsOnlyThem)
 {
-    Requests r;
-    r.request(1, 10);
-    ASSERT_EQ(r.manager.waitingCount(), 6);
-    LogCapture log(QStringLiteral("sorvane.engine.debug=true"));
-    r.manager.reset();
-    EXPECT_EQ(r.granted.size(), 10u);
-    EXPECT_EQ(r.manager.waitingCount(), 0);
-    // The count starts over from the released waiters, and may exceed the maximum.
-    EXPECT_EQ(r.manager.activeLoads(), 6);
-    EXPECT_EQ(log.take().front(), debugLine("reset() called - resuming 6 waiting tasks"));
-    r.request(11, 11);
-    EXPECT_EQ(r.granted.size(), 10u);
-
-    Requests few;
-    few.request(1, 7);
-    few.manager.reset();
-    few.request(8, 9);
-    EXPECT_EQ(few.granted.back(), 8);
-    EXPECT_EQ(few.manager.activeLoads(), 4);
-    EXPECT_EQ(few.manager.waitingCount(), 1);
+    // Requests before the reset; then, after two more requests, how many were granted and wait.
+    const struct {
+        int requested, grantedAfter, waitingAfter;
+    } rows[] = {{10, 10, 2}, {7, 8, 1}};
+    for (const auto &row : rows) {
+        Requests r;
+        test::LogCapture log(QStringLiteral("sorvane.engine.debug=true"));
+        r.request(1, row.requested);
+        log.take();
+        r.manager.reset();
+        EXPECT_EQ(log.take().front(),
+            debugLine(QStringLiteral("reset() called - resuming %1 waiting tasks").arg(row.requested - 4).toUtf8()));
+        EXPECT_EQ(int(r.granted.size()), row.requested);
+        EXPECT_EQ(r.manager.waitingCount(), 0);
+        // The count starts over from the released waiters, and may exceed the maximum.
+        EXPECT_EQ(r.manager.activeLoads(), row.requested - 4);
+        r.request(row.requested + 1, row.requested + 2);
+        EXPECT_EQ(int(r.granted.size()), row.grantedAfter);
+        EXPECT_EQ(r.manager.waitingCount(), row.waitingAfter);
+    }
 }
 
 // Many threads requesting and releasing at once: the slots held at any moment never exceed the
 // maximum, and every request is granted exactly once.
 TEST(LoadManagerTest, NeverHandsOutMoreThanItsSlotsUnderContention)
 {
-    constexpr int kThreads = 8;
-    constexpr int kRequestsPerThread = 200;
-    constexpr int kTotal = kThreads * kRequestsPerThread;
-
+    constexpr int kThreads = 8, kTotal = kThreads * 200;
     LoadManager manager;
-    std::atomic<int> holding = 0, mostHeld = 0, granted = 0, released = 0;
-    std::mutex heldMutex;
-    int held = 0; // grants not yet released, whichever thread got them
-
+    std::atomic<int> holding = 0, mostHeld = 0, granted = 0, unreleased = 0, released = 0;
     const auto onGranted = [&] {
         const int now = ++holding;
-        int most = mostHeld.load();
-        while (now > most && !mostHeld.compare_exchange_weak(most, now)) { }
+        for (int most = mostHeld; now > most && !mostHeld.compare_exchange_weak(most, now);) { }
         ++granted;
-        std::lock_guard lock(heldMutex);
-        ++held;
+        ++unreleased;
     };
+    // Releases one grant, whichever thread got it.
     const auto releaseOne = [&] {
-        {
-            std::lock_guard lock(heldMutex);
-            if (held == 0)
-                return false;
-            --held;
+        for (int owed = unreleased; owed > 0;) {
+            if (unreleased.compare_exchange_weak(owed, owed - 1)) {
+                --holding; // before the release, which may hand the slot on at once
+                ++released;
+                EXPECT_TRUE(manager.releaseSlot());
+                return true;
+            }
         }
-        --holding; // before the release, which may hand the slot on at once
-        ++released;
-        EXPECT_TRUE(manager.releaseSlot());
-        return true;
+        return false;
     };
-
     const QDeadlineTimer deadline(30000);
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([&, t] {
-            for (int i = 0; i < kRequestsPerThread; ++i) {
-                manager.requestSlot(onGranted);
-                // Alternate so that some threads pile up requests while others release.
-                if ((i + t) % 2 == 0)
-                    releaseOne();
-            }
-            while (released.load() < kTotal && !deadline.hasExpired()) {
-                if (!releaseOne())
-                    std::this_thread::yield();
-            }
-        });
+    {
+        std::vector<std::jthread> threads;
+        for (int t = 0; t < kThreads; ++t) {
+            threads.emplace_back([&, t] {
+                for (int i = 0; i < kTotal / kThreads; ++i) {
+                    manager.requestSlot(onGranted);
+                    if ((i + t) % 2 == 0) // some threads pile up requests while others release
+                        releaseOne();
+                }
+                while (released < kTotal && !deadline.hasExpired()) {
+                    if (!releaseOne())
+                        std::this_thread::yield();
+                }
+            });
+        }
     }
-    for (std::thread &thread : threads)
-        thread.join();
-
-    ASSERT_FALSE(deadline.hasExpired()) << "granted " << granted.load() << " of " << kTotal;
-    EXPECT_EQ(granted.load(), kTotal);
-    EXPECT_LE(mostHeld.load(), LoadManager::kDefaultMaxConcurrentLoads);
+    ASSERT_FALSE(deadline.hasExpired()) << "granted " << granted << " of " << kTotal;
+    EXPECT_EQ(granted, kTotal);
+    EXPECT_LE(mostHeld, LoadManager::kDefaultMaxConcurrentLoads);
     EXPECT_EQ(manager.activeLoads(), 0);
     EXPECT_EQ(manager.waitingCount(), 0);
 }

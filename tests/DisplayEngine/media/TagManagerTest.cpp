@@ -1,12 +1,10 @@
 #include "media/TagManager.h"
 #include "slideshow/InMemoryPreferences.h"
-#include "slideshow/PreferenceStore.h"
 #include "support/FakeTime.h"
 
 #include <gtest/gtest.h>
 
 #include <QJsonArray>
-#include <QTemporaryDir>
 
 namespace sorvane {
 namespace {
@@ -141,24 +139,6 @@ TEST_F(TagManagerTest, UnreadableStoredValuesLoadAsNoneAndAreReplacedByTheNextSa
     const TagManager tags(m_preferences, m_time);
     EXPECT_EQ(tags.imageTags().size(), 2);
     EXPECT_EQ(tags.tagsForImage(beach), QList<Tag> {family});
-}
-
-TEST_F(TagManagerTest, TagsOutliveTheRunInThePreferencesFile)
-{
-    QTemporaryDir folder;
-    QUuid id;
-    {
-        PreferenceStore preferences(folder.path());
-        TagManager tags(preferences, m_time);
-        id = tags.createTag(QStringLiteral("Family"), QStringLiteral("#FF9500"), true).id;
-        ASSERT_TRUE(tags.assignTag(beach, id));
-    }
-    PreferenceStore preferences(folder.path());
-    const TagManager tags(preferences, m_time);
-    ASSERT_EQ(tags.tags().size(), 1);
-    EXPECT_EQ(tags.tags().first().id, id);
-    EXPECT_EQ(tags.tags().first().createdAt, QDateTime(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC));
-    EXPECT_EQ(namesOf(tags.tagsForImage(beach)), QStringList {"Family"});
 }
 
 } // namespace
