@@ -19,12 +19,13 @@ class Walk {
 public:
     explicit Walk(const BundleWriteRequest &request) : m_request(request) { }
 
-    void addFile(const QFileInfo &info)
+    void addFile(const QFileInfo &info, bool named = false)
     {
         bool isVideo = false;
-        // Only regular files (or links to them): a pipe named .jpg would block the export.
-        // A missing one stays, to be reported as unreadable.
-        if (info.exists() && !info.isFile())
+        // Only regular files (or links to them) are found in folders: a pipe named .jpg would
+        // block the export. One named by the user, like a missing one, stays to be reported
+        // as unreadable (nothing ever opens it).
+        if (info.exists() && !info.isFile() && !named)
             return;
         if (!BundleSourceScanner::isSupported(info.fileName(), m_request.includeVideos, &isVideo))
             return;
@@ -122,7 +123,7 @@ std::vector<BundleSourceFile> BundleSourceScanner::scan(const BundleWriteRequest
         if (info.isDir())
             walk.addFolder(file);
         else
-            walk.addFile(info);
+            walk.addFile(info, true);
     }
     for (const QString &folder : request.sourceFolders)
         walk.addFolder(folder);

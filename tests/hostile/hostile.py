@@ -362,9 +362,10 @@ class Export(HostileCase):
         self.assert_survived(run, [os.path.join(source, "pipe.jpg")], "export of hostile sources")
         self.assertEqual(run.code, 0, run.output[-3000:])
         # good.jpg and the name with a newline; a name that is not UTF-8 cannot be spelled
-        # in the toolkit's file names, so that file is reported, and the pipe is no file.
+        # in the toolkit's file names, so that file is reported; the pipe that was named is too.
         self.assertEqual(exported_items(destination), 2, run.output[-3000:])
         self.assertIn("unreadable.jpg could not be read", run.output)
+        self.assertIn("pipe.jpg could not be read: not a regular file", run.output)
         self.assertIn(f"A file in {source} was left out: its name is not valid UTF-8.", run.output)
 
     def test_destinations(self):
