@@ -12,6 +12,7 @@
 #include <QQuickWindow>
 #include <QTest>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -20,27 +21,12 @@ Q_IMPORT_QML_PLUGIN(Sorvane_ViewsPlugin)
 namespace sorvane {
 namespace {
 
-bool isText(QQuickItem *item)
-{
-    return item->inherits("QQuickText");
-}
-bool isImage(QQuickItem *item)
-{
-    return item->inherits("QQuickImage");
-}
-
 QStringList textsIn(QQuickItem *root)
 {
     QStringList texts;
-    for (QQuickItem *item : visibleItems(root, isText))
+    for (QQuickItem *item : visibleItems(root, [](QQuickItem *item) { return item->inherits("QQuickText"); }))
         texts << item->property("text").toString();
     return texts;
-}
-
-QQuickItem *named(QQuickItem *root, const QString &name)
-{
-    const auto found = visibleItems(root, [&](QQuickItem *item) { return item->objectName() == name; });
-    return found.empty() ? nullptr : found.front();
 }
 
 // One component (objectName "subject") in an offscreen window, above a stand-in wall that counts
@@ -84,7 +70,11 @@ public:
     {
         return m_root ? m_root->findChild<QQuickItem *>(QStringLiteral("subject")) : nullptr;
     }
-    QQuickItem *part(const QString &name) const { return named(subject(), name); }
+    QQuickItem *part(const QString &name) const
+    {
+        const auto found = visibleItems(subject(), [&](QQuickItem *item) { return item->objectName() == name; });
+        return found.empty() ? nullptr : found.front();
+    }
 
     // Rendering a frame also runs the polish pass that places the positioners' children.
     void settle() { (void)m_window.grabWindow(); }
@@ -122,17 +112,6 @@ public:
     void clearLog() { m_root->setProperty("log", QString()); }
 
 private:
-    // Software rendering, chosen before the first window exists: the offscreen platform has no GPU.
-    struct SoftwareRendering {
-        SoftwareRendering()
-        {
-            static const bool chosen = [] {
-                QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-                return true;
-            }();
-            (void)chosen;
-        }
-    } m_rendering;
     QQmlEngine m_engine;
     QQuickWindow m_window;
     std::unique_ptr<QQuickItem> m_root;
@@ -156,7 +135,8 @@ TEST(CollageIntroOverlay, ShowsItsTextsAndSymbolsAndOnlyItsButtonDismissesIt)
             "Press ? at any time to see all keyboard shortcuts.", "Don't show this again"}));
 
     QStringList symbols;
-    for (QQuickItem *image : visibleItems(scene.subject(), isImage)) {
+    for (QQuickItem *image :
+        visibleItems(scene.subject(), [](QQuickItem *item) { return item->inherits("QQuickImage"); })) {
         symbols << image->property("source").toUrl().fileName();
         EXPECT_EQ(image->property("status").toInt(), 1) << "not ready: " << symbols.back().toStdString();
     }
@@ -206,14 +186,6 @@ std::vector<QQuickItem *> menuRows(Scene &scene)
     return visibleItems(scene.subject(), [](QQuickItem *item) { return item->objectName() == "menuRow"; });
 }
 
-QStringList rowTexts(Scene &scene)
-{
-    QStringList texts;
-    for (QQuickItem *row : menuRows(scene))
-        texts << textsIn(row).join(u'|');
-    return texts;
-}
-
 TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnAndAsksForTheChosenOne)
 {
     struct Case {
@@ -237,7 +209,10 @@ TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnAndAsksForTheChosenOne)
         scene.set("autoCycling", c.autoCycling);
         scene.set("hostItems", c.host);
         openMenu(scene, 100, 100, 0);
-        EXPECT_EQ(rowTexts(scene), c.expected);
+        QStringList texts;
+        for (QQuickItem *row : menuRows(scene))
+            texts << textsIn(row).join(u'|');
+        EXPECT_EQ(texts, c.expected);
         QMetaObject::invokeMethod(scene.subject(), "close");
     }
 
@@ -288,27 +263,30 @@ void rest(Scene &scene, int milliseconds)
 
 TEST(CollageTileGestures, ControlsFollowMovementRestAndLeaving)
 {
-    enum class Do { move, moveElsewhere, leave, rest, scroll, switchOff, switchOn };
-    struct Step {
-        Do action;
-        int milliseconds;
-        bool visibleAfter;
+    using Action = std::function<void(Scene &)>;
+    const Action move = [](Scene &s) { s.move(kInsideTile); };
+    const Action moveElsewhere = [](Scene &s) { s.move(kInsideTile + QPointF(17, 11)); };
+    const Action leave = [](Scene &s) { s.move(kOutsideTile); };
+    const auto restFor = [](int milliseconds) { return Action([=](Scene &s) { rest(s, milliseconds); }); };
+    // A Flow strip moves its tiles under a pointer that is not moving.
+    const Action scroll = [](Scene &s) {
+        s.set("y", s.get("y").toReal() - 9);
+        s.hoverInPlace();
     };
+    const auto controls = [](bool on) { return Action([=](Scene &s) { s.set("showHoverControls", on); }); };
     struct Case {
         const char *name;
-        std::vector<Step> steps;
+        std::vector<std::pair<Action, bool>> steps; // and whether the controls show after it
     };
     const Case cases[] = {
-        {"movement shows, rest hides", {{Do::move, 0, true}, {Do::rest, 2400, true}, {Do::rest, 100, false}}},
+        {"movement shows, rest hides", {{move, true}, {restFor(2400), true}, {restFor(100), false}}},
         {"a newer movement restarts the wait",
-            {{Do::move, 0, true}, {Do::rest, 2000, true}, {Do::moveElsewhere, 0, true}, {Do::rest, 2400, true},
-                {Do::rest, 100, false}}},
-        // A Flow strip moves its tiles under a pointer that is not moving.
+            {{move, true}, {restFor(2000), true}, {moveElsewhere, true}, {restFor(2400), true}, {restFor(100), false}}},
         {"a tile scrolling under a resting pointer stays quiet",
-            {{Do::move, 0, true}, {Do::rest, 2500, false}, {Do::scroll, 0, false}, {Do::scroll, 0, false}}},
-        {"leaving hides at once", {{Do::move, 0, true}, {Do::leave, 0, false}, {Do::rest, 5000, false}}},
-        {"switched off never shows", {{Do::switchOff, 0, false}, {Do::move, 0, false}, {Do::moveElsewhere, 0, false}}},
-        {"switching off hides", {{Do::move, 0, true}, {Do::switchOff, 0, false}, {Do::switchOn, 0, false}}},
+            {{move, true}, {restFor(2500), false}, {scroll, false}, {scroll, false}}},
+        {"leaving hides at once", {{move, true}, {leave, false}, {restFor(5000), false}}},
+        {"switched off never shows", {{controls(false), false}, {move, false}, {moveElsewhere, false}}},
+        {"switching off hides", {{move, true}, {controls(false), false}, {controls(true), false}}},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -316,34 +294,11 @@ TEST(CollageTileGestures, ControlsFollowMovementRestAndLeaving)
         ASSERT_TRUE(scene.ok());
         EXPECT_FALSE(scene.get("controlsVisible").toBool());
         int stepIndex = 0;
-        for (const Step &step : c.steps) {
+        for (const auto &[action, visibleAfter] : c.steps) {
             SCOPED_TRACE(stepIndex++);
-            switch (step.action) {
-            case Do::move:
-                scene.move(kInsideTile);
-                break;
-            case Do::moveElsewhere:
-                scene.move(kInsideTile + QPointF(17, 11));
-                break;
-            case Do::leave:
-                scene.move(kOutsideTile);
-                break;
-            case Do::rest:
-                rest(scene, step.milliseconds);
-                break;
-            case Do::scroll:
-                scene.set("y", scene.get("y").toReal() - 9);
-                scene.hoverInPlace();
-                break;
-            case Do::switchOff:
-                scene.set("showHoverControls", false);
-                break;
-            case Do::switchOn:
-                scene.set("showHoverControls", true);
-                break;
-            }
-            EXPECT_EQ(scene.get("controlsVisible").toBool(), step.visibleAfter);
-            EXPECT_EQ(scene.part(QStringLiteral("hoverBar")) != nullptr, step.visibleAfter);
+            action(scene);
+            EXPECT_EQ(scene.get("controlsVisible").toBool(), visibleAfter);
+            EXPECT_EQ(scene.part(QStringLiteral("hoverBar")) != nullptr, visibleAfter);
         }
     }
 }

@@ -11,11 +11,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QImage>
 #include <QQuickTextureFactory>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QUrl>
 
 #include <memory>
@@ -99,7 +97,7 @@ TEST(SlideSource, GivesNoUrlForWhatItCannotServe)
     }
 }
 
-class ImageProviderResponse : public ::testing::Test {
+class ImageProviderResponse : public test::FileTest {
 protected:
     // The finished response's picture, or a null image with its error; a response that never
     // finishes fails the test.
@@ -115,18 +113,8 @@ protected:
         return texture ? texture->image() : QImage();
     }
 
-    QString write(const QString &name, const QByteArray &bytes)
-    {
-        const QString path = dir.filePath(name);
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return path;
-    }
-
     static QString collageId(const QString &path) { return CollageImageProvider::imageId(QUrl::fromLocalFile(path)); }
 
-    QTemporaryDir dir;
     SlideImageProvider slides;
     std::shared_ptr<ThumbnailCache> cache = std::make_shared<ThumbnailCache>(std::make_shared<QtThumbnailDecoder>());
     CollageImageProvider tiles {cache};

@@ -1,16 +1,11 @@
 #include "views/SlideImageDecoder.h"
 
 #include "TestImages.h"
-#include "support/TestFiles.h"
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
 #include <QDir>
 #include <QImage>
-#include <QImageWriter>
-#include <QTemporaryDir>
-#include <QtEndian>
 
 namespace sorvane {
 namespace {
@@ -23,26 +18,13 @@ using test::withExifOrientation;
 // Deterministic noise, for files that are no picture at all.
 QByteArray noise(int size)
 {
-    QByteArray bytes(size, Qt::Uninitialized);
-    quint32 state = 12345;
-    for (char &byte : bytes) {
-        state = state * 1664525u + 1013904223u;
-        byte = char(state >> 24);
-    }
+    QByteArray bytes;
+    for (quint32 state = 12345; bytes.size() < size;)
+        bytes += char((state = state * 1664525u + 1013904223u) >> 24);
     return bytes;
 }
 
-class SlideImageDecoderTest : public ::testing::Test {
-protected:
-    QString write(const QString &name, const QByteArray &bytes)
-    {
-        const QString path = dir.filePath(name);
-        EXPECT_TRUE(test::writeAll(path, bytes)) << path.toStdString();
-        return path;
-    }
-
-    QTemporaryDir dir;
-};
+using SlideImageDecoderTest = test::FileTest;
 
 struct ScalingCase {
     const char *name;
