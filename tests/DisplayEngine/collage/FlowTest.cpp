@@ -32,28 +32,14 @@ TEST(FlowGeometry, DegenerateSizesGiveEmptyStripsNotNonsense)
     EXPECT_EQ(FlowGeometry::copies(0, 1080), 1);
     EXPECT_DOUBLE_EQ(FlowGeometry::wrap(5, 0), 0);
     EXPECT_DOUBLE_EQ(FlowGeometry::wrap(-1e-17, 10), 0); // would round up to the cycle itself
+    // Tiles are as long as their aspect says, held at 0.05; an unknown aspect is square.
+    EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(0.01, 300, vertical), 6000);
+    EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(-2, 300, horizontal), 15);
+    EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(inf, 300, horizontal), 300);
     // Tile counts that differ: the anchor stays.
     EXPECT_DOUBLE_EQ(FlowGeometry::trackAnchor(
                          std::vector<double> {100, 200}, std::vector<double> {150}, 320, 7, FlowTuning::flowSpacing),
         7);
-}
-
-TEST(FlowGeometry, TileLengthFollowsAspectAndOrientation)
-{
-    struct Case {
-        double aspect;
-        FlowOrientation orientation;
-        double expected;
-    };
-    const Case cases[] = {
-        {1.5, vertical, 200},
-        {0.01, vertical, 6000}, // held at 0.05
-        {-2, horizontal, 15},
-        {nan, vertical, 300}, // unknown: square
-        {inf, horizontal, 300},
-    };
-    for (const Case &c : cases)
-        EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(c.aspect, 300, c.orientation), c.expected) << c.aspect;
 }
 
 FlowLayoutInput layout(double width, double height, qint64 adjustment = 0, FlowOrientation orientation = vertical,
