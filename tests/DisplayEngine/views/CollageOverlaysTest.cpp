@@ -1,7 +1,5 @@
 // The collage wall's overlays (intro card, tile menu, tile hover controls), driven through a real
 // Qt Quick window: texts, clicks that must or must not reach the wall, and the hover timing.
-#include "QuickItems.h"
-
 #include <gtest/gtest.h>
 
 #include <QMouseEvent>
@@ -21,6 +19,19 @@ Q_IMPORT_QML_PLUGIN(Sorvane_ViewsPlugin)
 namespace sorvane {
 namespace {
 
+// The visible items below root (itself included) that are wanted.
+std::vector<QQuickItem *> visibleItems(QQuickItem *root, const std::function<bool(QQuickItem *)> &wanted)
+{
+    std::vector<QQuickItem *> found;
+    if (root->isVisible() && wanted(root))
+        found.push_back(root);
+    for (QQuickItem *child : root->childItems()) {
+        const std::vector<QQuickItem *> below = visibleItems(child, wanted);
+        found.insert(found.end(), below.begin(), below.end());
+    }
+    return found;
+}
+
 QStringList textsIn(QQuickItem *root)
 {
     QStringList texts;
@@ -37,15 +48,15 @@ public:
     {
         m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
         QQmlComponent component(&m_engine);
-        component.setData(QStringLiteral("import QtQuick\nimport Sorvane.Views\n"
-                                         "Item {\n"
-                                         "    id: root\n"
-                                         "    property int wallClicks: 0\n"
-                                         "    property string log: \"\"\n"
-                                         "    MouseArea { anchors.fill: parent; acceptedButtons: Qt.AllButtons;"
-                                         " onClicked: root.wallClicks += 1 }\n"
-                                         "%1\n"
-                                         "}\n")
+        component.setData(QStringLiteral(R"(import QtQuick
+import Sorvane.Views
+Item {
+    id: root
+    property int wallClicks: 0
+    property string log: ""
+    MouseArea { anchors.fill: parent; acceptedButtons: Qt.AllButtons; onClicked: root.wallClicks += 1 }
+    %1
+})")
                               .arg(subject)
                               .toUtf8(),
             QUrl(QStringLiteral("qrc:/collage-overlays-test/Scene.qml")));
@@ -157,15 +168,14 @@ TEST(CollageIntroOverlay, ShowsItsTextsAndSymbolsAndOnlyItsButtonDismissesIt)
 
 // ---- Context menu
 
-const QString kMenu
-    = QStringLiteral("CollageContextMenu {\n"
-                     "    objectName: \"subject\"\n"
-                     "    onHostItemChosen: (id, slot) => root.log += \"host:\" + id + \":\" + slot + \";\"\n"
-                     "    onOpenFullRequested: slot => root.log += \"full:\" + slot + \";\"\n"
-                     "    onToggleAutoCycleRequested: root.log += \"cycle;\"\n"
-                     "    onMenuOpened: id => root.log += \"opened:\" + id + \";\"\n"
-                     "    onMenuClosed: id => root.log += \"closed:\" + id + \";\"\n"
-                     "}");
+const QString kMenu = QStringLiteral(R"(CollageContextMenu {
+    objectName: "subject"
+    onHostItemChosen: (id, slot) => root.log += "host:" + id + ":" + slot + ";"
+    onOpenFullRequested: slot => root.log += "full:" + slot + ";"
+    onToggleAutoCycleRequested: root.log += "cycle;"
+    onMenuOpened: id => root.log += "opened:" + id + ";"
+    onMenuClosed: id => root.log += "closed:" + id + ";"
+})");
 
 QVariantList hostItems(const std::vector<std::pair<QString, QString>> &items)
 {
@@ -236,12 +246,11 @@ TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnAndAsksForTheChosenOne)
 
 // ---- Tile hover controls
 
-const QString kTile = QStringLiteral("CollageTileGestures {\n"
-                                     "    objectName: \"subject\"\n"
-                                     "    x: 100; y: 100; width: 400; height: 300\n"
-                                     "    onPreviousRequested: root.log += \"previous;\"\n"
-                                     "    onNextRequested: root.log += \"next;\"\n"
-                                     "}");
+const QString kTile = QStringLiteral(R"(CollageTileGestures {
+    objectName: "subject"; x: 100; y: 100; width: 400; height: 300
+    onPreviousRequested: root.log += "previous;"
+    onNextRequested: root.log += "next;"
+})");
 
 const QPointF kInsideTile(300, 200);
 const QPointF kOutsideTile(50, 50);
