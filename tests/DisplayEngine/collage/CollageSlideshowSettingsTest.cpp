@@ -154,7 +154,9 @@ TEST(CollageEnums, StoredAndManifestWordsForTheVariedWallDiffer)
     for (const char *raw : {"varied", "Collage", " flow", ""})
         EXPECT_EQ(fromRaw<CollageLayout>(QString::fromUtf8(raw)), std::nullopt) << raw;
     EXPECT_EQ(fromRaw<FlowOrientation>(QStringLiteral("Horizontal")), std::nullopt);
+    EXPECT_EQ(fromRaw<FlowOrientation>(QStringLiteral("horizontal")), FlowOrientation::horizontal);
     EXPECT_EQ(fromRaw<FlowWeightMode>(QStringLiteral("weighted")), FlowWeightMode::weighted);
+    EXPECT_EQ(fromRaw<FlowWeightMode>(QStringLiteral("Weighted")), std::nullopt);
     // The menu's words.
     EXPECT_EQ(label(CollageLayout::collage), QStringLiteral("Varied"));
     EXPECT_EQ(
