@@ -282,9 +282,6 @@ class Bundle:
     def item(self, item_id):
         return next(item for item in self.manifest["items"] if item["id"] == item_id)
 
-    def asset_path(self, item_id, tier):
-        return os.path.join(self.root, self.item(item_id)["assets"][tier]["path"])
-
     def copy_to(self, root):
         shutil.copytree(self.root, root, symlinks=True)
         return Bundle(root)
@@ -317,11 +314,6 @@ def garbage(size, seed=b"sorvane"):
         out += block
         block = hashlib.sha256(block).digest()
     return bytes(out[:size])
-
-
-def resume_path(data_home, bundle_id):
-    digest = hashlib.sha256(bundle_id.encode()).hexdigest()
-    return os.path.join(data_home, "SorvanePlayer", "resume", f"{digest}.json")
 
 
 BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"

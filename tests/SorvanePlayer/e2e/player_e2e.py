@@ -7,6 +7,7 @@ Exits 77 (skipped) when Xvfb, xdotool or ImageMagick's import is missing.
 """
 
 import argparse
+import hashlib
 import json
 import os
 import re
@@ -16,6 +17,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import types
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -37,38 +39,28 @@ def executable(name):
     return os.path.join(BIN, name)
 
 
-class Suite:
-    """The sample bundle, exported once per run."""
-
-    def __init__(self):
-        self.root = tempfile.mkdtemp(prefix="sorvane-e2e-")
-        media = os.path.join(self.root, "media")
-        try:
-            subprocess.run([executable("sorvane-sample-media"), media], check=True, capture_output=True, timeout=120)
-            subprocess.run([executable("sorvane"), "export", media, "--to", self.root, "--name", "show", "--replace",
-                            "--interval", str(int(INTERVAL)), "--sort", "sequential"],
-                           check=True, capture_output=True, text=True, timeout=120)
-            self.bundle = Bundle(os.path.join(self.root, "show"))
-            # The last item; Left from the first one reaches it.
-            self.video_id = self.bundle.item_ids[-1]
-            if "video" not in self.bundle.item(self.video_id)["assets"]:
-                raise RuntimeError("the sample bundle does not end with a video")
-        except BaseException:
-            self.cleanup()  # tearDownModule does not run when setUpModule fails
-            raise
-
-    def cleanup(self):
-        shutil.rmtree(self.root, ignore_errors=True)
-
-
 def setUpModule():
+    """The sample bundle, exported once per run."""
     global SUITE
-    SUITE = Suite()
+    SUITE = types.SimpleNamespace(root=tempfile.mkdtemp(prefix="sorvane-e2e-"))
+    media = os.path.join(SUITE.root, "media")
+    try:
+        subprocess.run([executable("sorvane-sample-media"), media], check=True, capture_output=True, timeout=120)
+        subprocess.run([executable("sorvane"), "export", media, "--to", SUITE.root, "--name", "show", "--replace",
+                        "--interval", str(int(INTERVAL)), "--sort", "sequential"],
+                       check=True, capture_output=True, timeout=120)
+        SUITE.bundle = Bundle(os.path.join(SUITE.root, "show"))
+        # The last item; Left from the first one reaches it.
+        SUITE.video_id = SUITE.bundle.item_ids[-1]
+        if "video" not in SUITE.bundle.item(SUITE.video_id)["assets"]:
+            raise RuntimeError("the sample bundle does not end with a video")
+    except BaseException:
+        tearDownModule()  # which does not run when setUpModule fails
+        raise
 
 
 def tearDownModule():
-    if SUITE:
-        SUITE.cleanup()
+    shutil.rmtree(SUITE.root, ignore_errors=True)
 
 
 class PlayerTestCase(unittest.TestCase):
@@ -330,7 +322,8 @@ class ResumeTest(PlayerTestCase):
         self.assertNotEqual(last_index, 0, "the run should have moved on from the first item")
 
         # The resume record belongs in the data folder.
-        with open(harness.resume_path(self.data_home, bundle.manifest["bundle_id"]), "rb") as record_file:
+        digest = hashlib.sha256(bundle.manifest["bundle_id"].encode()).hexdigest()
+        with open(os.path.join(self.data_home, "SorvanePlayer", "resume", f"{digest}.json"), "rb") as record_file:
             record = json.load(record_file)
         self.assertEqual((record["bundle_id"], record["item_index"], record["style"]),
                          (bundle.manifest["bundle_id"], last_index, "photo-wall"))
@@ -453,7 +446,7 @@ class HostileBundleTest(PlayerTestCase):
         x = self.x_server()
         video = SUITE.video_id
         bundle = self.copy_bundle("cut-in-half")
-        path = bundle.asset_path(video, "video")
+        path = os.path.join(bundle.root, bundle.item(video)["assets"]["video"]["path"])
         # Index first, so the first half still plays and the file runs out mid-stream
         # (with the index at the end, half a file fails at once like garbage).
         fast = path + ".fast.mp4"
@@ -503,11 +496,8 @@ class ScreensTest(PlayerTestCase):
 def main():
     global BIN
     parser = argparse.ArgumentParser(add_help=False)
-    parser.add_argument("--bin", default=os.environ.get("SORVANE_BIN_DIR"))
+    parser.add_argument("--bin", required=True, help="the build's bin folder")
     options, rest = parser.parse_known_args()
-    if not options.bin:
-        print("player_e2e: give the build's bin folder with --bin or SORVANE_BIN_DIR", file=sys.stderr)
-        return 2
     BIN = os.path.abspath(options.bin)
     missing = [tool for tool in harness.REQUIRED_TOOLS if shutil.which(tool) is None]
     if missing:
