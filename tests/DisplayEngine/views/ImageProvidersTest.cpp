@@ -37,21 +37,24 @@ const QString kPaths[] = {
 TEST(SlideImageProvider, IdsCarryAnyPathThroughAnImageUrl)
 {
     const QSize requested(1920, 1080);
+    using enum ImageFilter;
+    using enum ImageScalingMode;
+    const ImageFilter filters[] = {none, blackAndWhite, sepia, vintage};
+    const ImageScalingMode scalings[] = {fitToScreen, fillScreen, actualSize};
+    size_t i = 0;
     for (const QString &path : kPaths) {
-        for (const ImageFilter filter : {ImageFilter::none, ImageFilter::sepia}) {
-            for (const ImageScalingMode scaling : {ImageScalingMode::fitToScreen, ImageScalingMode::actualSize}) {
-                SCOPED_TRACE(::testing::Message() << path.toStdString() << " " << toWire(filter).toStdString() << " "
-                                                  << toWire(scaling).toStdString());
-                const SlideDecodeRequest expected {path, requested, scaling, filter};
-                const QString id = SlideImageProvider::imageId(path, scaling, filter);
-                EXPECT_EQ(SlideImageProvider::parseId(id, requested), expected);
-                // The id exactly as QML's Image hands it to the provider.
-                const QUrl url(QStringLiteral("image://slide/") + id);
-                EXPECT_EQ(SlideImageProvider::parseId(
-                              url.toString(QUrl::RemoveScheme | QUrl::RemoveAuthority).mid(1), requested),
-                    expected);
-            }
-        }
+        // Every filter and scaling mode in turn.
+        const ImageFilter filter = filters[i % std::size(filters)];
+        const ImageScalingMode scaling = scalings[i++ % std::size(scalings)];
+        SCOPED_TRACE(::testing::Message() << path.toStdString() << " " << int(filter) << " " << int(scaling));
+        const SlideDecodeRequest expected {path, requested, scaling, filter};
+        const QString id = SlideImageProvider::imageId(path, scaling, filter);
+        EXPECT_EQ(SlideImageProvider::parseId(id, requested), expected);
+        // The id exactly as QML's Image hands it to the provider.
+        const QUrl url(QStringLiteral("image://slide/") + id);
+        EXPECT_EQ(
+            SlideImageProvider::parseId(url.toString(QUrl::RemoveScheme | QUrl::RemoveAuthority).mid(1), requested),
+            expected);
     }
 }
 
