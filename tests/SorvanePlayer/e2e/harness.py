@@ -297,14 +297,9 @@ class Bundle:
             json.dump(self.manifest, manifest, indent=2)
 
     def listing(self):
-        """Every file and folder with its size, mode and modification time."""
-        entries = {}
-        for folder, folders, files in os.walk(self.root):
-            for name in folders + files:
-                path = os.path.join(folder, name)
-                info = os.lstat(path)
-                entries[os.path.relpath(path, self.root)] = (info.st_size, info.st_mtime_ns, info.st_mode)
-        return entries
+        """Every file and folder with its size, modification time and mode."""
+        return sorted(subprocess.run(["find", self.root, "-printf", r"%P %y %s %T@ %m\n"], capture_output=True,
+                                     text=True, check=True).stdout.splitlines())
 
 
 def garbage(size, seed=b"sorvane"):
