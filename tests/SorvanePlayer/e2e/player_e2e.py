@@ -186,6 +186,18 @@ class HoldingTest(PlayerTestCase):
             self.assertEqual(saver.calls(), [])
             self.assertIsNone(player.find(r"^Display (kept awake|sleep could not)"), player.tail())
 
+    def test_bundle_that_cannot_be_opened(self):
+        x = self.x_server()
+        bundle = SUITE.bundle.copy_to(os.path.join(self.tmp, "cut-short"))
+        # A copy that stopped half-way.
+        manifest = os.path.join(bundle.root, "bundle.json")
+        os.truncate(manifest, os.path.getsize(manifest) // 2)
+        player = self.start_player(x, [bundle.root])
+        player.wait_line(rf"^Bundle root {re.escape(bundle.root)}$")
+        player.wait_line(r"^Bundle could not be opened \(.+\); holding$")
+        self.assert_holding(x, player)
+        self.assert_quits(player, "Escape", x=x)
+
 
 class PlaybackTest(PlayerTestCase):
 
