@@ -243,24 +243,5 @@ TEST(CollageCoordinator, FollowersThatJoinOrLeaveDoNotStrandABroadcast)
     EXPECT_EQ(coordinator.consume(coordinator.attachFollower())->seq, 4);
 }
 
-TEST(CollageAnimation, FollowersAnimateByTheKindOfChange)
-{
-    using Curve = CollageAnimation::Curve;
-    struct Case {
-        CollageMutationKind kind;
-        CollageAnimation expected;
-    };
-    const Case cases[] = {
-        {CollageMutationKind::advanceSlot, {Curve::none, 0.0, 0.0, 0.0}},
-        {CollageMutationKind::reshuffleVariant, {Curve::easeInOut, 0.7, 0.0, 0.0}},
-        {CollageMutationKind::scatterDrop, {Curve::easeInOut, 0.9, 0.0, 0.0}},
-        {CollageMutationKind::reorderDrop, {Curve::spring, 0.0, 0.45, 0.7}},
-        {static_cast<CollageMutationKind>(17), {Curve::easeInOut, 0.2, 0.0, 0.0}},
-    };
-    for (const Case &c : cases)
-        EXPECT_EQ(CollageAnimation::mirrored(c.kind), c.expected) << int(c.kind);
-    EXPECT_EQ(CollageAnimation::scatterDrop(), (CollageAnimation {Curve::spring, 0.0, 0.45, 0.7}));
-}
-
 } // namespace
 } // namespace sorvane
