@@ -25,22 +25,15 @@ namespace {
 
 using Settings = CollageSlideshowSettings;
 
-bool sameNumber(double a, double b)
+// Equal, counting NaN as equal to NaN: a value without a clamp keeps a NaN it was stored as.
+bool same(Settings a, Settings b)
 {
-    return a == b || (std::isnan(a) && std::isnan(b));
-}
-
-bool same(const Settings &a, const Settings &b)
-{
-    return a.defaultLayout == b.defaultLayout && sameNumber(a.imageChangeInterval, b.imageChangeInterval)
-        && a.shuffleVariedLayout == b.shuffleVariedLayout && sameNumber(a.variedLayoutInterval, b.variedLayoutInterval)
-        && a.showTileHoverControls == b.showTileHoverControls && a.flowWeightMode == b.flowWeightMode
-        && a.flowOrientation == b.flowOrientation && a.flowTilesPerChange == b.flowTilesPerChange
-        && a.flowStaggerSwaps == b.flowStaggerSwaps && a.flowColumnAdjustment == b.flowColumnAdjustment
-        && a.flowInfiniteScroll == b.flowInfiniteScroll && a.flowScrollBidirectional == b.flowScrollBidirectional
-        && sameNumber(a.flowScrollSpeed, b.flowScrollSpeed)
-        && sameNumber(a.flowScrollPointerPause, b.flowScrollPointerPause)
-        && a.flowAutoCycleTiles == b.flowAutoCycleTiles;
+    for (double Settings::*field : {&Settings::imageChangeInterval, &Settings::variedLayoutInterval,
+             &Settings::flowScrollSpeed, &Settings::flowScrollPointerPause}) {
+        if (std::isnan(a.*field) && std::isnan(b.*field))
+            a.*field = b.*field = 0;
+    }
+    return a == b;
 }
 
 void checkBounds(const Settings &s)

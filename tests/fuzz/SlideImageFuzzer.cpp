@@ -57,13 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QString path = folder.filePath(QStringLiteral("slide.jpg"));
     const QByteArray input = fuzz::bytes(data, size);
     fuzz::writeFile(path, input);
-    for (const Ask &ask : asks) {
-        SlideDecodeRequest request;
-        request.path = path;
-        request.target = ask.target;
-        request.scaling = ask.scaling;
-        request.filter = ask.filter;
-        check(SlideImageDecoder::decode(request), ask, input);
-    }
+    for (const Ask &ask : asks)
+        check(SlideImageDecoder::decode({path, ask.target, ask.scaling, ask.filter}), ask, input);
     return 0;
 }

@@ -48,35 +48,24 @@ TEST(CollageSlideshowSettingsStore, ChangingOneFieldWritesAllKeysOnceAndNotifies
     struct Row {
         const char *property;
         std::function<void(Store &)> change;
-        const char *key;
         PreferenceValue stored;
     };
     const Row rows[] = {
-        {"defaultLayout", [](Store &s) { s.setDefaultLayout(CollageLayout::collage); }, "collage.defaultLayout",
-            QStringLiteral("collage")},
-        {"imageChangeInterval", [](Store &s) { s.setImageChangeInterval(0.5); }, "collage.imageChangeInterval", 0.5},
-        {"showTileHoverControls", [](Store &s) { s.setShowTileHoverControls(false); }, "collage.showTileHoverControls",
-            false},
-        {"flowWeightMode", [](Store &s) { s.setFlowWeightMode(FlowWeightMode::weighted); }, "collage.flowWeightMode",
-            QStringLiteral("weighted")},
-        {"flowTilesPerChange", [](Store &s) { s.setFlowTilesPerChange(-4); }, "collage.flowTilesPerChange", qint64(-4)},
-        {"flowScrollSpeed", [](Store &s) { s.setFlowScrollSpeed(100.0); }, "collage.flowScrollSpeed", 100.0},
-        {"flowAutoCycleTiles", [](Store &s) { s.toggle(Store::Flag::flowAutoCycleTiles); },
-            "collage.flowAutoCycleTiles", true},
-        {"variedLayoutInterval", [](Store &s) { s.setVariedLayoutInterval(120.0); }, "collage.variedLayoutInterval",
-            120.0},
+        {"defaultLayout", [](Store &s) { s.setDefaultLayout(CollageLayout::collage); }, QStringLiteral("collage")},
+        {"imageChangeInterval", [](Store &s) { s.setImageChangeInterval(0.5); }, 0.5},
+        {"showTileHoverControls", [](Store &s) { s.setShowTileHoverControls(false); }, false},
+        {"flowWeightMode", [](Store &s) { s.setFlowWeightMode(FlowWeightMode::weighted); }, QStringLiteral("weighted")},
+        {"flowTilesPerChange", [](Store &s) { s.setFlowTilesPerChange(-4); }, qint64(-4)},
+        {"flowScrollSpeed", [](Store &s) { s.setFlowScrollSpeed(100.0); }, 100.0},
+        {"flowAutoCycleTiles", [](Store &s) { s.toggle(Store::Flag::flowAutoCycleTiles); }, true},
+        {"variedLayoutInterval", [](Store &s) { s.setVariedLayoutInterval(120.0); }, 120.0},
         {"flowOrientation", [](Store &s) { s.setFlowOrientation(FlowOrientation::horizontal); },
-            "collage.flowOrientation", QStringLiteral("horizontal")},
-        {"shuffleVariedLayout", [](Store &s) { s.toggle(Store::Flag::shuffleVariedLayout); },
-            "collage.shuffleVariedLayout", false},
-        {"flowStaggerSwaps", [](Store &s) { s.toggle(Store::Flag::flowStaggerSwaps); }, "collage.flowStaggerSwaps",
-            false},
-        {"flowInfiniteScroll", [](Store &s) { s.toggle(Store::Flag::flowInfiniteScroll); },
-            "collage.flowInfiniteScroll", false},
-        {"flowScrollBidirectional", [](Store &s) { s.toggle(Store::Flag::flowScrollBidirectional); },
-            "collage.flowScrollBidirectional", false},
-        {"flowScrollPointerPause", [](Store &s) { s.selectFlowScrollPointerPause(QStringLiteral("Long")); },
-            "collage.flowScrollPointerPause", 5.0},
+            QStringLiteral("horizontal")},
+        {"shuffleVariedLayout", [](Store &s) { s.toggle(Store::Flag::shuffleVariedLayout); }, false},
+        {"flowStaggerSwaps", [](Store &s) { s.toggle(Store::Flag::flowStaggerSwaps); }, false},
+        {"flowInfiniteScroll", [](Store &s) { s.toggle(Store::Flag::flowInfiniteScroll); }, false},
+        {"flowScrollBidirectional", [](Store &s) { s.toggle(Store::Flag::flowScrollBidirectional); }, false},
+        {"flowScrollPointerPause", [](Store &s) { s.selectFlowScrollPointerPause(QStringLiteral("Long")); }, 5.0},
     };
     for (const Row &row : rows) {
         RecordingPreferences preferences;
@@ -88,7 +77,7 @@ TEST(CollageSlideshowSettingsStore, ChangingOneFieldWritesAllKeysOnceAndNotifies
         row.change(store);
 
         EXPECT_EQ(preferences.writes, QList<QStringList> {allKeys}) << row.property;
-        EXPECT_EQ(preferences.value(QString::fromUtf8(row.key)), row.stored) << row.property;
+        EXPECT_EQ(preferences.value("collage." + QString::fromUtf8(row.property)), row.stored) << row.property;
         EXPECT_EQ(own.count(), 1) << row.property;
         EXPECT_EQ(settings.count(), 1) << row.property;
     }

@@ -3,9 +3,7 @@
 #include "media/ImageItem.h"
 
 #include <QList>
-#include <QSet>
 #include <QUrl>
-#include <QUuid>
 
 namespace sorvane::collagetest {
 
@@ -15,14 +13,6 @@ inline QList<ImageItem> makePool(int count)
     for (int i = 0; i < count; ++i)
         pool.append(ImageItem(QUrl::fromLocalFile(QStringLiteral("/photos/%1.jpg").arg(i))));
     return pool;
-}
-
-inline QSet<QUuid> idsOf(const QList<ImageItem> &items)
-{
-    QSet<QUuid> ids;
-    for (const ImageItem &item : items)
-        ids.insert(item.id());
-    return ids;
 }
 
 } // namespace sorvane::collagetest

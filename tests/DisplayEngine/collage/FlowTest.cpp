@@ -13,6 +13,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 namespace sorvane {
@@ -23,32 +24,6 @@ constexpr double inf = std::numeric_limits<double>::infinity();
 constexpr FlowOrientation vertical = FlowOrientation::vertical;
 constexpr FlowOrientation horizontal = FlowOrientation::horizontal;
 
-TEST(FlowGeometry, ColumnCountRoundsHalvesAwayAdjustsAndClamps)
-{
-    struct Case {
-        double width;
-        qint64 adjustment;
-        int expected;
-    };
-    const Case cases[] = {
-        {0, 0, 2},
-        {nan, 0, 2},
-        {1000, 0, 3}, // 2.5
-        {1920, 0, 5}, // 4.8
-        {3000, 0, 8}, // 7.5
-        {1e300, 0, 8},
-        {1000, 2, 5},
-        // An adjustment beyond ±6 is held there before it counts.
-        {4000, -40, 4},
-        {400, 40, 7},
-    };
-    for (const Case &c : cases) {
-        EXPECT_EQ(FlowGeometry::effectiveFlowColumnCount(c.width, c.adjustment, FlowTuning::flowTargetColumnWidth),
-            c.expected)
-            << c.width << " " << c.adjustment;
-    }
-}
-
 TEST(FlowGeometry, DegenerateSizesGiveEmptyStripsNotNonsense)
 {
     EXPECT_DOUBLE_EQ(FlowGeometry::stripThickness(10, 2), 0); // less than the spacing
@@ -57,28 +32,14 @@ TEST(FlowGeometry, DegenerateSizesGiveEmptyStripsNotNonsense)
     EXPECT_EQ(FlowGeometry::copies(0, 1080), 1);
     EXPECT_DOUBLE_EQ(FlowGeometry::wrap(5, 0), 0);
     EXPECT_DOUBLE_EQ(FlowGeometry::wrap(-1e-17, 10), 0); // would round up to the cycle itself
+    // Tiles are as long as their aspect says, held at 0.05; an unknown aspect is square.
+    EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(0.01, 300, vertical), 6000);
+    EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(-2, 300, horizontal), 15);
+    EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(inf, 300, horizontal), 300);
     // Tile counts that differ: the anchor stays.
     EXPECT_DOUBLE_EQ(FlowGeometry::trackAnchor(
                          std::vector<double> {100, 200}, std::vector<double> {150}, 320, 7, FlowTuning::flowSpacing),
         7);
-}
-
-TEST(FlowGeometry, TileLengthFollowsAspectAndOrientation)
-{
-    struct Case {
-        double aspect;
-        FlowOrientation orientation;
-        double expected;
-    };
-    const Case cases[] = {
-        {1.5, vertical, 200},
-        {0.01, vertical, 6000}, // held at 0.05
-        {-2, horizontal, 15},
-        {nan, vertical, 300}, // unknown: square
-        {inf, horizontal, 300},
-    };
-    for (const Case &c : cases)
-        EXPECT_DOUBLE_EQ(FlowGeometry::tileLength(c.aspect, 300, c.orientation), c.expected) << c.aspect;
 }
 
 FlowLayoutInput layout(double width, double height, qint64 adjustment = 0, FlowOrientation orientation = vertical,
@@ -119,10 +80,8 @@ TEST(FlowSeeder, SlotCountsAndOutcomes)
         const FlowSeed &seed = *result.seed;
         EXPECT_EQ(seed.tilesPerStrip, c.tilesPerStrip);
         EXPECT_EQ(seed.flowColumnOf.size(), qsizetype(c.columns) * c.tilesPerStrip);
-        EXPECT_EQ(seed.flowSeededWidth, c.input.width);
-        EXPECT_EQ(seed.flowSeededHeight, c.input.height);
-        EXPECT_EQ(seed.flowSeededColumns, c.columns);
-        EXPECT_EQ(seed.flowOrientation, c.input.orientation);
+        EXPECT_EQ(std::tuple(seed.flowSeededWidth, seed.flowSeededHeight, seed.flowSeededColumns, seed.flowOrientation),
+            std::tuple(c.input.width, c.input.height, c.columns, c.input.orientation));
         for (int column = 0; column < c.columns; ++column)
             EXPECT_EQ(seed.flowColumnOf.count(column), c.tilesPerStrip) << column;
     }

@@ -1,8 +1,9 @@
 #include "views/AnimationBudget.h"
 
+#include "TestImages.h"
+
 #include <gtest/gtest.h>
 
-#include <QTemporaryDir>
 #include <QtEndian>
 
 namespace sorvane {
@@ -45,15 +46,10 @@ TEST(AnimationBudgetTest, RefusesWhenCanvasTimesFramesExceedsTheBudget)
     }
 }
 
-TEST(AnimationBudgetTest, ReadsCanvasAndFrameCountFromTheFile)
+using AnimationBudgetFileTest = test::FileTest;
+
+TEST_F(AnimationBudgetFileTest, ReadsCanvasAndFrameCountFromTheFile)
 {
-    QTemporaryDir dir;
-    const auto write = [&](const QString &name, const QByteArray &bytes) {
-        QFile file(dir.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
-    };
     EXPECT_EQ(AnimationBudget::refusal(write("small.gif", gif(64, 50))), QString());
     EXPECT_EQ(AnimationBudget::refusal(write("bomb.gif", gif(4000, 3000))),
         QStringLiteral("its 4000 x 4000 canvas with 3000 frame(s) needs more than 192 MiB to animate"));

@@ -1,7 +1,5 @@
 // The collage wall's overlays (intro card, tile menu, tile hover controls), driven through a real
 // Qt Quick window: texts, clicks that must or must not reach the wall, and the hover timing.
-#include "QuickItems.h"
-
 #include <gtest/gtest.h>
 
 #include <QMouseEvent>
@@ -12,6 +10,7 @@
 #include <QQuickWindow>
 #include <QTest>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -20,27 +19,25 @@ Q_IMPORT_QML_PLUGIN(Sorvane_ViewsPlugin)
 namespace sorvane {
 namespace {
 
-bool isText(QQuickItem *item)
+// The visible items below root (itself included) that are wanted.
+std::vector<QQuickItem *> visibleItems(QQuickItem *root, const std::function<bool(QQuickItem *)> &wanted)
 {
-    return item->inherits("QQuickText");
-}
-bool isImage(QQuickItem *item)
-{
-    return item->inherits("QQuickImage");
+    std::vector<QQuickItem *> found;
+    if (root->isVisible() && wanted(root))
+        found.push_back(root);
+    for (QQuickItem *child : root->childItems()) {
+        const std::vector<QQuickItem *> below = visibleItems(child, wanted);
+        found.insert(found.end(), below.begin(), below.end());
+    }
+    return found;
 }
 
 QStringList textsIn(QQuickItem *root)
 {
     QStringList texts;
-    for (QQuickItem *item : visibleItems(root, isText))
+    for (QQuickItem *item : visibleItems(root, [](QQuickItem *item) { return item->inherits("QQuickText"); }))
         texts << item->property("text").toString();
     return texts;
-}
-
-QQuickItem *named(QQuickItem *root, const QString &name)
-{
-    const auto found = visibleItems(root, [&](QQuickItem *item) { return item->objectName() == name; });
-    return found.empty() ? nullptr : found.front();
 }
 
 // One component (objectName "subject") in an offscreen window, above a stand-in wall that counts
@@ -51,15 +48,15 @@ public:
     {
         m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
         QQmlComponent component(&m_engine);
-        component.setData(QStringLiteral("import QtQuick\nimport Sorvane.Views\n"
-                                         "Item {\n"
-                                         "    id: root\n"
-                                         "    property int wallClicks: 0\n"
-                                         "    property string log: \"\"\n"
-                                         "    MouseArea { anchors.fill: parent; acceptedButtons: Qt.AllButtons;"
-                                         " onClicked: root.wallClicks += 1 }\n"
-                                         "%1\n"
-                                         "}\n")
+        component.setData(QStringLiteral(R"(import QtQuick
+import Sorvane.Views
+Item {
+    id: root
+    property int wallClicks: 0
+    property string log: ""
+    MouseArea { anchors.fill: parent; acceptedButtons: Qt.AllButtons; onClicked: root.wallClicks += 1 }
+    %1
+})")
                               .arg(subject)
                               .toUtf8(),
             QUrl(QStringLiteral("qrc:/collage-overlays-test/Scene.qml")));
@@ -84,7 +81,11 @@ public:
     {
         return m_root ? m_root->findChild<QQuickItem *>(QStringLiteral("subject")) : nullptr;
     }
-    QQuickItem *part(const QString &name) const { return named(subject(), name); }
+    QQuickItem *part(const QString &name) const
+    {
+        const auto found = visibleItems(subject(), [&](QQuickItem *item) { return item->objectName() == name; });
+        return found.empty() ? nullptr : found.front();
+    }
 
     // Rendering a frame also runs the polish pass that places the positioners' children.
     void settle() { (void)m_window.grabWindow(); }
@@ -122,17 +123,6 @@ public:
     void clearLog() { m_root->setProperty("log", QString()); }
 
 private:
-    // Software rendering, chosen before the first window exists: the offscreen platform has no GPU.
-    struct SoftwareRendering {
-        SoftwareRendering()
-        {
-            static const bool chosen = [] {
-                QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-                return true;
-            }();
-            (void)chosen;
-        }
-    } m_rendering;
     QQmlEngine m_engine;
     QQuickWindow m_window;
     std::unique_ptr<QQuickItem> m_root;
@@ -156,7 +146,8 @@ TEST(CollageIntroOverlay, ShowsItsTextsAndSymbolsAndOnlyItsButtonDismissesIt)
             "Press ? at any time to see all keyboard shortcuts.", "Don't show this again"}));
 
     QStringList symbols;
-    for (QQuickItem *image : visibleItems(scene.subject(), isImage)) {
+    for (QQuickItem *image :
+        visibleItems(scene.subject(), [](QQuickItem *item) { return item->inherits("QQuickImage"); })) {
         symbols << image->property("source").toUrl().fileName();
         EXPECT_EQ(image->property("status").toInt(), 1) << "not ready: " << symbols.back().toStdString();
     }
@@ -177,15 +168,14 @@ TEST(CollageIntroOverlay, ShowsItsTextsAndSymbolsAndOnlyItsButtonDismissesIt)
 
 // ---- Context menu
 
-const QString kMenu
-    = QStringLiteral("CollageContextMenu {\n"
-                     "    objectName: \"subject\"\n"
-                     "    onHostItemChosen: (id, slot) => root.log += \"host:\" + id + \":\" + slot + \";\"\n"
-                     "    onOpenFullRequested: slot => root.log += \"full:\" + slot + \";\"\n"
-                     "    onToggleAutoCycleRequested: root.log += \"cycle;\"\n"
-                     "    onMenuOpened: id => root.log += \"opened:\" + id + \";\"\n"
-                     "    onMenuClosed: id => root.log += \"closed:\" + id + \";\"\n"
-                     "}");
+const QString kMenu = QStringLiteral(R"(CollageContextMenu {
+    objectName: "subject"
+    onHostItemChosen: (id, slot) => root.log += "host:" + id + ":" + slot + ";"
+    onOpenFullRequested: slot => root.log += "full:" + slot + ";"
+    onToggleAutoCycleRequested: root.log += "cycle;"
+    onMenuOpened: id => root.log += "opened:" + id + ";"
+    onMenuClosed: id => root.log += "closed:" + id + ";"
+})");
 
 QVariantList hostItems(const std::vector<std::pair<QString, QString>> &items)
 {
@@ -204,14 +194,6 @@ void openMenu(Scene &scene, double x, double y, int slot)
 std::vector<QQuickItem *> menuRows(Scene &scene)
 {
     return visibleItems(scene.subject(), [](QQuickItem *item) { return item->objectName() == "menuRow"; });
-}
-
-QStringList rowTexts(Scene &scene)
-{
-    QStringList texts;
-    for (QQuickItem *row : menuRows(scene))
-        texts << textsIn(row).join(u'|');
-    return texts;
 }
 
 TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnAndAsksForTheChosenOne)
@@ -237,7 +219,10 @@ TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnAndAsksForTheChosenOne)
         scene.set("autoCycling", c.autoCycling);
         scene.set("hostItems", c.host);
         openMenu(scene, 100, 100, 0);
-        EXPECT_EQ(rowTexts(scene), c.expected);
+        QStringList texts;
+        for (QQuickItem *row : menuRows(scene))
+            texts << textsIn(row).join(u'|');
+        EXPECT_EQ(texts, c.expected);
         QMetaObject::invokeMethod(scene.subject(), "close");
     }
 
@@ -261,12 +246,11 @@ TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnAndAsksForTheChosenOne)
 
 // ---- Tile hover controls
 
-const QString kTile = QStringLiteral("CollageTileGestures {\n"
-                                     "    objectName: \"subject\"\n"
-                                     "    x: 100; y: 100; width: 400; height: 300\n"
-                                     "    onPreviousRequested: root.log += \"previous;\"\n"
-                                     "    onNextRequested: root.log += \"next;\"\n"
-                                     "}");
+const QString kTile = QStringLiteral(R"(CollageTileGestures {
+    objectName: "subject"; x: 100; y: 100; width: 400; height: 300
+    onPreviousRequested: root.log += "previous;"
+    onNextRequested: root.log += "next;"
+})");
 
 const QPointF kInsideTile(300, 200);
 const QPointF kOutsideTile(50, 50);
@@ -288,27 +272,30 @@ void rest(Scene &scene, int milliseconds)
 
 TEST(CollageTileGestures, ControlsFollowMovementRestAndLeaving)
 {
-    enum class Do { move, moveElsewhere, leave, rest, scroll, switchOff, switchOn };
-    struct Step {
-        Do action;
-        int milliseconds;
-        bool visibleAfter;
+    using Action = std::function<void(Scene &)>;
+    const Action move = [](Scene &s) { s.move(kInsideTile); };
+    const Action moveElsewhere = [](Scene &s) { s.move(kInsideTile + QPointF(17, 11)); };
+    const Action leave = [](Scene &s) { s.move(kOutsideTile); };
+    const auto restFor = [](int milliseconds) { return Action([=](Scene &s) { rest(s, milliseconds); }); };
+    // A Flow strip moves its tiles under a pointer that is not moving.
+    const Action scroll = [](Scene &s) {
+        s.set("y", s.get("y").toReal() - 9);
+        s.hoverInPlace();
     };
+    const auto controls = [](bool on) { return Action([=](Scene &s) { s.set("showHoverControls", on); }); };
     struct Case {
         const char *name;
-        std::vector<Step> steps;
+        std::vector<std::pair<Action, bool>> steps; // and whether the controls show after it
     };
     const Case cases[] = {
-        {"movement shows, rest hides", {{Do::move, 0, true}, {Do::rest, 2400, true}, {Do::rest, 100, false}}},
+        {"movement shows, rest hides", {{move, true}, {restFor(2400), true}, {restFor(100), false}}},
         {"a newer movement restarts the wait",
-            {{Do::move, 0, true}, {Do::rest, 2000, true}, {Do::moveElsewhere, 0, true}, {Do::rest, 2400, true},
-                {Do::rest, 100, false}}},
-        // A Flow strip moves its tiles under a pointer that is not moving.
+            {{move, true}, {restFor(2000), true}, {moveElsewhere, true}, {restFor(2400), true}, {restFor(100), false}}},
         {"a tile scrolling under a resting pointer stays quiet",
-            {{Do::move, 0, true}, {Do::rest, 2500, false}, {Do::scroll, 0, false}, {Do::scroll, 0, false}}},
-        {"leaving hides at once", {{Do::move, 0, true}, {Do::leave, 0, false}, {Do::rest, 5000, false}}},
-        {"switched off never shows", {{Do::switchOff, 0, false}, {Do::move, 0, false}, {Do::moveElsewhere, 0, false}}},
-        {"switching off hides", {{Do::move, 0, true}, {Do::switchOff, 0, false}, {Do::switchOn, 0, false}}},
+            {{move, true}, {restFor(2500), false}, {scroll, false}, {scroll, false}}},
+        {"leaving hides at once", {{move, true}, {leave, false}, {restFor(5000), false}}},
+        {"switched off never shows", {{controls(false), false}, {move, false}, {moveElsewhere, false}}},
+        {"switching off hides", {{move, true}, {controls(false), false}, {controls(true), false}}},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -316,34 +303,11 @@ TEST(CollageTileGestures, ControlsFollowMovementRestAndLeaving)
         ASSERT_TRUE(scene.ok());
         EXPECT_FALSE(scene.get("controlsVisible").toBool());
         int stepIndex = 0;
-        for (const Step &step : c.steps) {
+        for (const auto &[action, visibleAfter] : c.steps) {
             SCOPED_TRACE(stepIndex++);
-            switch (step.action) {
-            case Do::move:
-                scene.move(kInsideTile);
-                break;
-            case Do::moveElsewhere:
-                scene.move(kInsideTile + QPointF(17, 11));
-                break;
-            case Do::leave:
-                scene.move(kOutsideTile);
-                break;
-            case Do::rest:
-                rest(scene, step.milliseconds);
-                break;
-            case Do::scroll:
-                scene.set("y", scene.get("y").toReal() - 9);
-                scene.hoverInPlace();
-                break;
-            case Do::switchOff:
-                scene.set("showHoverControls", false);
-                break;
-            case Do::switchOn:
-                scene.set("showHoverControls", true);
-                break;
-            }
-            EXPECT_EQ(scene.get("controlsVisible").toBool(), step.visibleAfter);
-            EXPECT_EQ(scene.part(QStringLiteral("hoverBar")) != nullptr, step.visibleAfter);
+            action(scene);
+            EXPECT_EQ(scene.get("controlsVisible").toBool(), visibleAfter);
+            EXPECT_EQ(scene.part(QStringLiteral("hoverBar")) != nullptr, visibleAfter);
         }
     }
 }

@@ -11,11 +11,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QImage>
 #include <QQuickTextureFactory>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QUrl>
 
 #include <memory>
@@ -39,21 +37,24 @@ const QString kPaths[] = {
 TEST(SlideImageProvider, IdsCarryAnyPathThroughAnImageUrl)
 {
     const QSize requested(1920, 1080);
+    using enum ImageFilter;
+    using enum ImageScalingMode;
+    const ImageFilter filters[] = {none, blackAndWhite, sepia, vintage};
+    const ImageScalingMode scalings[] = {fitToScreen, fillScreen, actualSize};
+    size_t i = 0;
     for (const QString &path : kPaths) {
-        for (const ImageFilter filter : {ImageFilter::none, ImageFilter::sepia}) {
-            for (const ImageScalingMode scaling : {ImageScalingMode::fitToScreen, ImageScalingMode::actualSize}) {
-                SCOPED_TRACE(::testing::Message() << path.toStdString() << " " << toWire(filter).toStdString() << " "
-                                                  << toWire(scaling).toStdString());
-                const SlideDecodeRequest expected {path, requested, scaling, filter};
-                const QString id = SlideImageProvider::imageId(path, scaling, filter);
-                EXPECT_EQ(SlideImageProvider::parseId(id, requested), expected);
-                // The id exactly as QML's Image hands it to the provider.
-                const QUrl url(QStringLiteral("image://slide/") + id);
-                EXPECT_EQ(SlideImageProvider::parseId(
-                              url.toString(QUrl::RemoveScheme | QUrl::RemoveAuthority).mid(1), requested),
-                    expected);
-            }
-        }
+        // Every filter and scaling mode in turn.
+        const ImageFilter filter = filters[i % std::size(filters)];
+        const ImageScalingMode scaling = scalings[i++ % std::size(scalings)];
+        SCOPED_TRACE(::testing::Message() << path.toStdString() << " " << int(filter) << " " << int(scaling));
+        const SlideDecodeRequest expected {path, requested, scaling, filter};
+        const QString id = SlideImageProvider::imageId(path, scaling, filter);
+        EXPECT_EQ(SlideImageProvider::parseId(id, requested), expected);
+        // The id exactly as QML's Image hands it to the provider.
+        const QUrl url(QStringLiteral("image://slide/") + id);
+        EXPECT_EQ(
+            SlideImageProvider::parseId(url.toString(QUrl::RemoveScheme | QUrl::RemoveAuthority).mid(1), requested),
+            expected);
     }
 }
 
@@ -99,7 +100,7 @@ TEST(SlideSource, GivesNoUrlForWhatItCannotServe)
     }
 }
 
-class ImageProviderResponse : public ::testing::Test {
+class ImageProviderResponse : public test::FileTest {
 protected:
     // The finished response's picture, or a null image with its error; a response that never
     // finishes fails the test.
@@ -115,18 +116,8 @@ protected:
         return texture ? texture->image() : QImage();
     }
 
-    QString write(const QString &name, const QByteArray &bytes)
-    {
-        const QString path = dir.filePath(name);
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return path;
-    }
-
     static QString collageId(const QString &path) { return CollageImageProvider::imageId(QUrl::fromLocalFile(path)); }
 
-    QTemporaryDir dir;
     SlideImageProvider slides;
     std::shared_ptr<ThumbnailCache> cache = std::make_shared<ThumbnailCache>(std::make_shared<QtThumbnailDecoder>());
     CollageImageProvider tiles {cache};

@@ -1,13 +1,11 @@
 #include "views/QtThumbnailDecoder.h"
 
 #include "TestImages.h"
-#include "support/TestFiles.h"
 #include "views/QtDecodedThumbnail.h"
 
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <QTemporaryDir>
 #include <QUrl>
 
 namespace sorvane {
@@ -16,13 +14,11 @@ namespace {
 using test::encoded;
 using test::halves;
 
-class QtThumbnailDecoderTest : public ::testing::Test {
+class QtThumbnailDecoderTest : public test::FileTest {
 protected:
     QUrl write(const QString &name, const QByteArray &bytes)
     {
-        const QString path = dir.filePath(name);
-        EXPECT_TRUE(test::writeAll(path, bytes)) << path.toStdString();
-        return QUrl::fromLocalFile(path);
+        return QUrl::fromLocalFile(FileTest::write(name, bytes));
     }
 
     // The decoded pixels; a null image when the result holds none.
@@ -32,8 +28,6 @@ protected:
         EXPECT_NE(decoded, nullptr);
         return decoded ? decoded->image() : QImage();
     }
-
-    QTemporaryDir dir;
 };
 
 TEST_F(QtThumbnailDecoderTest, DecodesALargePhotoAtTileSizeWithoutHoldingItWhole)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/TestFiles.h"
+
 #include <gtest/gtest.h>
 
 #include <QBuffer>
@@ -7,11 +9,25 @@
 #include <QImage>
 #include <QImageWriter>
 #include <QSize>
+#include <QTemporaryDir>
 #include <QtEndian>
 
 #include <algorithm>
 
 namespace sorvane::test {
+
+// A test with a folder of its own for the files it writes.
+class FileTest : public ::testing::Test {
+protected:
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = dir.filePath(name);
+        EXPECT_TRUE(writeAll(path, bytes)) << path.toStdString();
+        return path;
+    }
+
+    QTemporaryDir dir;
+};
 
 // A picture whose left half is red and right half blue, so a turn shows in where red ends up.
 inline QImage halves(QSize size)

@@ -20,12 +20,10 @@ using Outcome = SingleInstanceLock::Outcome;
 namespace {
 
 // Another process that takes the lock with QLockFile, as a second player would, then either
-// keeps running until told to stop or ends at once without unlocking, as a crash would.
+// keeps running until finish() or ends at once without unlocking, as a crash would.
 class OtherProcess {
 public:
-    enum class Then { keepRunning, die };
-
-    OtherProcess(const QString &lockPath, Then then)
+    OtherProcess(const QString &lockPath, bool dies)
     {
         int ready[2];
         int stop[2];
@@ -33,14 +31,13 @@ public:
             return;
         m_pid = ::fork();
         if (m_pid == 0) {
-            ::close(ready[0]);
-            ::close(stop[1]);
+            ::close(stop[1]); // or the read below would never see the end
             QLockFile lock(lockPath);
             lock.setStaleLockTime(0);
             const char locked = lock.tryLock(0) ? 'y' : 'n';
             (void)!::write(ready[1], &locked, 1);
             char ignored;
-            if (then == Then::keepRunning)
+            if (!dies)
                 (void)!::read(stop[0], &ignored, 1); // until the parent closes its end
             ::_exit(0); // no destructors: the lock file stays behind
         }
@@ -50,10 +47,9 @@ public:
         char locked = 'n';
         m_locked = ::read(ready[0], &locked, 1) == 1 && locked == 'y';
         ::close(ready[0]);
-        if (then == Then::die)
+        if (dies)
             finish();
     }
-
     ~OtherProcess() { finish(); }
 
     bool locked() const { return m_locked; }
@@ -95,20 +91,20 @@ TEST_F(SingleInstanceLockTest, LockOfAnotherProcessHoldsOnlyWhileItRuns)
 {
     const struct {
         const char *name;
-        OtherProcess::Then then;
+        bool dies;
         qint64 ageSeconds;
         Outcome expected;
     } table[] = {
-        {"running, just taken", OtherProcess::Then::keepRunning, 0, Outcome::heldElsewhere},
+        {"running, just taken", false, 0, Outcome::heldElsewhere},
         // A player left on for days must not lose its lock to a second start.
-        {"running for days", OtherProcess::Then::keepRunning, 3 * 24 * 3600, Outcome::heldElsewhere},
-        {"crashed just now", OtherProcess::Then::die, 0, Outcome::acquired},
-        {"crashed days ago", OtherProcess::Then::die, 3 * 24 * 3600, Outcome::acquired},
+        {"running for days", false, 3 * 24 * 3600, Outcome::heldElsewhere},
+        {"crashed just now", true, 0, Outcome::acquired},
+        {"crashed days ago", true, 3 * 24 * 3600, Outcome::acquired},
     };
     for (const auto &row : table) {
         ASSERT_TRUE(QDir().mkpath(folder));
         QFile::remove(lockPath());
-        OtherProcess other(lockPath(), row.then);
+        OtherProcess other(lockPath(), row.dies);
         ASSERT_TRUE(other.locked()) << row.name;
         ASSERT_TRUE(setAge(lockPath(), row.ageSeconds)) << row.name;
 

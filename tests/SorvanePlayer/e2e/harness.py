@@ -1,5 +1,5 @@
 """Runs SorvanePlayer on a virtual X server and watches it from outside: its log,
-its windows, screenshots of every screen, its exit code and memory.
+its windows, screenshots of every screen and its exit code.
 
 Standard library only, so the suite runs wherever the player builds."""
 
@@ -13,12 +13,12 @@ import signal
 import subprocess
 import time
 
-LOG_PREFIX = "sorvane.player: "
 REQUIRED_TOOLS = ("Xvfb", "xdotool", "import")
 # Display numbers this suite may take; other suites use other numbers.
 DISPLAY_NUMBERS = range(100, 140)
 TWO_SCREENS = ((1920, 1080), (1280, 720))
 ONE_SCREEN = ((1920, 1080),)
+SHOWING = r"^Showing item (\S+) \((\w+)\), (\d+) of (\d+)$"
 
 
 class WaitTimeout(AssertionError):
@@ -40,42 +40,36 @@ def wait_until(predicate, timeout, what, interval=0.05, detail=None):
 
 def read_line(stream, timeout):
     """One line from a child's pipe, or None when none comes in time."""
-    deadline = time.monotonic() + timeout
-    data = b""
-    fd = stream.fileno()
+    deadline, data = time.monotonic() + timeout, b""
     while not data.endswith(b"\n"):
         left = deadline - time.monotonic()
-        if left <= 0:
+        if left <= 0 or not select.select([stream.fileno()], [], [], left)[0]:
             return None
-        ready, _, _ = select.select([fd], [], [], left)
-        if not ready:
-            return None
-        chunk = os.read(fd, 1)
+        chunk = os.read(stream.fileno(), 1)
         if not chunk:
             return None
         data += chunk
     return data.decode(errors="replace").strip()
 
 
+def start_process(command, **options):
+    """A child in a session of its own, so stop_process ends whatever it starts too."""
+    return subprocess.Popen(command, start_new_session=True, **options)
+
+
 def stop_process(process, grace=3.0):
     """Ends a child we started (and anything it started in its session)."""
     if process is None or process.poll() is not None:
         return
-    try:
-        os.killpg(process.pid, signal.SIGTERM)
-    except ProcessLookupError:
-        return
-    try:
-        process.wait(grace)
-    except subprocess.TimeoutExpired:
+    for sig in (signal.SIGTERM, signal.SIGKILL):
         try:
-            os.killpg(process.pid, signal.SIGKILL)
+            os.killpg(process.pid, sig)
+            process.wait(grace)
+            return
         except ProcessLookupError:
-            pass
-        process.wait(grace)
-
-
-# --- screenshots -------------------------------------------------------------------
+            return
+        except subprocess.TimeoutExpired:
+            continue
 
 
 class Screenshot:
@@ -83,16 +77,6 @@ class Screenshot:
 
     def __init__(self, width, height, rgb):
         self.width, self.height, self.rgb = width, height, rgb
-
-    @classmethod
-    def from_ppm(cls, data):
-        # "P6 <w> <h> 255" then one whitespace byte, then the pixels.
-        header = re.match(rb"P6\s+(\d+)\s+(\d+)\s+255\s", data)
-        width, height = int(header[1]), int(header[2])
-        rgb = data[header.end():header.end() + width * height * 3]
-        if len(rgb) != width * height * 3:
-            raise ValueError("short or not an 8-bit PPM")
-        return cls(width, height, rgb)
 
     def crop(self, x0, y0, x1, y1):
         """The part between fractions of the width and height (0..1)."""
@@ -104,8 +88,7 @@ class Screenshot:
 
     def count_brighter(self, threshold):
         """Pixels with any channel above threshold."""
-        table = bytes(1 if value > threshold else 0 for value in range(256))
-        flags = self.rgb.translate(table)
+        flags = self.rgb.translate(bytes(1 if value > threshold else 0 for value in range(256)))
         # Each byte is 0 or 1, so OR-ing the three planes as big integers and counting
         # bits counts pixels, at C speed.
         any_channel = 0
@@ -120,15 +103,10 @@ class Screenshot:
         """Share of pixels where some channel differs by more than threshold."""
         if (self.width, self.height) != (other.width, other.height):
             return 1.0
-        different = 0
         a, b = self.rgb, other.rgb
-        for i in range(0, len(a), 3):
-            if (abs(a[i] - b[i]) > threshold or abs(a[i + 1] - b[i + 1]) > threshold
-                    or abs(a[i + 2] - b[i + 2]) > threshold):
-                different += 1
+        different = sum(1 for i in range(0, len(a), 3)
+                        if max(abs(a[i + c] - b[i + c]) for c in range(3)) > threshold)
         return different / max(1, self.width * self.height)
-
-# --- the virtual display -----------------------------------------------------------
 
 
 class XServer:
@@ -144,9 +122,8 @@ class XServer:
 
     def start(self):
         for number in self.numbers:
-            if os.path.exists(f"/tmp/.X{number}-lock") or os.path.exists(f"/tmp/.X11-unix/X{number}"):
-                continue
-            if self._try_start(number):
+            if not (os.path.exists(f"/tmp/.X{number}-lock") or os.path.exists(f"/tmp/.X11-unix/X{number}")) \
+                    and self._try_start(number):
                 self.number = number
                 return self
         raise RuntimeError("no free X display number")
@@ -158,17 +135,12 @@ class XServer:
         # -noreset: the player is started again on the same server within a test.
         read_end, write_end = os.pipe()
         command += ["-nolisten", "tcp", "-noreset", "-displayfd", str(write_end)]
-        log = open(os.path.join(self.workdir, f"xvfb-{number}.log"), "wb")
-        process = subprocess.Popen(command, stdout=log, stderr=log, pass_fds=(write_end,),
-                                   start_new_session=True)
-        log.close()
+        with open(os.path.join(self.workdir, f"xvfb-{number}.log"), "wb") as log:
+            process = start_process(command, stdout=log, stderr=log, pass_fds=(write_end,))
         os.close(write_end)
-        try:
-            # Xvfb writes its display number once it accepts clients.
-            with os.fdopen(read_end, "rb") as pipe:
-                ready = read_line(pipe, 15)
-        except OSError:
-            ready = None
+        # Xvfb writes its display number once it accepts clients.
+        with os.fdopen(read_end, "rb") as pipe:
+            ready = read_line(pipe, 15)
         if ready == str(number):
             self.process = process
             return True
@@ -184,9 +156,14 @@ class XServer:
 
     def screenshot(self, screen):
         data = subprocess.run(["import", "-display", f"{self.name}.{screen}", "-window", "root",
-                               "-depth", "8", "ppm:-"],
-                              capture_output=True, timeout=30, check=True).stdout
-        return Screenshot.from_ppm(data)
+                               "-depth", "8", "ppm:-"], capture_output=True, timeout=30, check=True).stdout
+        # "P6 <w> <h> 255" then one whitespace byte, then the pixels.
+        header = re.match(rb"P6\s+(\d+)\s+(\d+)\s+255\s", data)
+        width, height = int(header[1]), int(header[2])
+        rgb = data[header.end():header.end() + width * height * 3]
+        if len(rgb) != width * height * 3:
+            raise ValueError("short or not an 8-bit PPM")
+        return Screenshot(width, height, rgb)
 
     def key(self, *keys):
         self.run("xdotool", "key", "--delay", "30", *keys)
@@ -199,14 +176,11 @@ class XServer:
 
     def visible_windows(self):
         """(id, name) of every mapped window on any screen."""
-        found = self.run("xdotool", "search", "--onlyvisible", "--name", "", check=False)
+        found = self.run("xdotool", "search", "--onlyvisible", "--name", "", check=False).stdout.split()
         # The screens' root windows are always there and count as visible.
         roots = self.run("xdotool", "search", "--maxdepth", "0", "--name", "", check=False).stdout.split()
-        windows = []
-        for window in [w for w in found.stdout.split() if w not in roots]:
-            name = self.run("xdotool", "getwindowname", window, check=False).stdout.strip()
-            windows.append((window, name))
-        return windows
+        return [(w, self.run("xdotool", "getwindowname", w, check=False).stdout.strip())
+                for w in found if w not in roots]
 
     def window_size(self, window):
         shown = self.run("xdotool", "getwindowgeometry", "--shell", window).stdout
@@ -215,9 +189,6 @@ class XServer:
 
     def stop(self):
         stop_process(self.process)
-
-
-# --- the player --------------------------------------------------------------------
 
 
 class LogLine:
@@ -230,25 +201,20 @@ class Player:
 
     def __init__(self, executable, arguments, env, log_path):
         self.log_path = log_path
-        log = open(log_path, "wb")
-        self.process = subprocess.Popen([executable, *arguments], stdin=subprocess.DEVNULL, stdout=log,
-                                        stderr=log, env=env, start_new_session=True)
-        log.close()
-        self.started_at = time.monotonic()
-        self.peak_rss_kb = 0
+        with open(log_path, "wb") as log:
+            self.process = start_process([executable, *arguments], stdin=subprocess.DEVNULL, stdout=log,
+                                         stderr=log, env=env)
 
     @property
     def pid(self):
         return self.process.pid
 
     def lines(self):
-        # A line still being written has no newline yet.
-        whole = self.log_text().split("\n")[:-1]
-        return [line[len(LOG_PREFIX):] for line in whole if line.startswith(LOG_PREFIX)]
-
-    def log_text(self):
         with open(self.log_path, "rb") as log:
-            return log.read().decode(errors="replace")
+            # A line still being written has no newline yet.
+            whole = log.read().decode(errors="replace").split("\n")[:-1]
+        prefix = "sorvane.player: "
+        return [line[len(prefix):] for line in whole if line.startswith(prefix)]
 
     def mark(self):
         """Where the log is now: later waits can look only at what comes after."""
@@ -265,14 +231,12 @@ class Player:
 
     def wait_line(self, pattern, timeout=10, after=0):
         def found():
-            self.sample_rss()
+            alive = self.alive()
+            # Looked for after the liveness check: a line logged just before the end still counts.
             line = self.find(pattern, after)
-            if line is None and not self.alive():
-                # One last look: the line may have come just before it ended.
-                line = self.find(pattern, after)
-                if line is None:
-                    raise AssertionError(f"player ended (code {self.process.returncode}) before "
-                                         f"logging /{pattern}/\n{self.tail()}")
+            if line is None and not alive:
+                raise AssertionError(f"player ended (code {self.process.returncode}) before "
+                                     f"logging /{pattern}/\n{self.tail()}")
             return line
 
         return wait_until(found, timeout, f"log line /{pattern}/", detail=self.tail)
@@ -286,28 +250,13 @@ class Player:
     def alive(self):
         return self.process.poll() is None
 
-    def sample_rss(self):
-        try:
-            with open(f"/proc/{self.pid}/status") as status:
-                for line in status:
-                    if line.startswith("VmRSS:"):
-                        self.peak_rss_kb = max(self.peak_rss_kb, int(line.split()[1]))
-        except (FileNotFoundError, ProcessLookupError):
-            pass
-        return self.peak_rss_kb
-
     def tail(self, count=25):
-        lines = self.log_text().splitlines()[-count:]
+        with open(self.log_path, "rb") as log:
+            lines = log.read().decode(errors="replace").splitlines()[-count:]
         return "--- player log (last lines) ---\n" + "\n".join(lines)
 
     def stop(self):
         stop_process(self.process)
-
-
-SHOWING = r"^Showing item (\S+) \((\w+)\), (\d+) of (\d+)$"
-
-
-# --- bundles -----------------------------------------------------------------------
 
 
 def sha256_file(path):
@@ -333,16 +282,9 @@ class Bundle:
     def item(self, item_id):
         return next(item for item in self.manifest["items"] if item["id"] == item_id)
 
-    def asset_path(self, item_id, tier):
-        return os.path.join(self.root, self.item(item_id)["assets"][tier]["path"])
-
     def copy_to(self, root):
         shutil.copytree(self.root, root, symlinks=True)
         return Bundle(root)
-
-    def save_manifest(self):
-        with open(os.path.join(self.root, "bundle.json"), "w") as manifest:
-            json.dump(self.manifest, manifest, indent=2)
 
     def refresh_asset(self, item_id, tier):
         """Makes the manifest's size and hash fit the file now on disk, as if it had been written so."""
@@ -351,88 +293,51 @@ class Bundle:
         asset["bytes"] = os.path.getsize(path)
         if "sha256" in asset:
             asset["sha256"] = sha256_file(path)
-        self.save_manifest()
+        with open(os.path.join(self.root, "bundle.json"), "w") as manifest:
+            json.dump(self.manifest, manifest, indent=2)
 
     def listing(self):
-        """Every file and folder with its size, mode and modification time."""
-        entries = {}
-        for folder, folders, files in os.walk(self.root):
-            for name in folders + files:
-                path = os.path.join(folder, name)
-                info = os.lstat(path)
-                entries[os.path.relpath(path, self.root)] = (info.st_size, info.st_mtime_ns, info.st_mode)
-        return entries
+        """Every file and folder with its size, modification time and mode."""
+        return sorted(subprocess.run(["find", self.root, "-printf", r"%P %y %s %T@ %m\n"], capture_output=True,
+                                     text=True, check=True).stdout.splitlines())
 
 
 def garbage(size, seed=b"sorvane"):
     """Deterministic bytes that are no known file format."""
-    out = bytearray()
-    block = hashlib.sha256(seed).digest()
+    out, block = bytearray(), hashlib.sha256(seed).digest()
     while len(out) < size:
         out += block
         block = hashlib.sha256(block).digest()
     return bytes(out[:size])
 
 
-def resume_path(data_home, bundle_id):
-    digest = hashlib.sha256(bundle_id.encode()).hexdigest()
-    return os.path.join(data_home, "SorvanePlayer", "resume", f"{digest}.json")
-
-
-# --- a private session bus -------------------------------------------------------
-
-
 BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <listen>unix:dir={folder}</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
+<busconfig><type>session</type><listen>unix:dir={folder}</listen><auth>EXTERNAL</auth>
+  <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
+    <allow own="*"/></policy></busconfig>
 """
 
 
-class SessionBus:
-    """A dbus-daemon with no activatable services, so only what a test puts on it is there."""
-
-    def __init__(self, workdir):
-        self.workdir, self.process, self.address = workdir, None, None
-
-    def start(self):
-        config = os.path.join(self.workdir, "bus.conf")
-        with open(config, "w") as out:
-            out.write(BUS_CONFIG.format(folder=self.workdir))
-        self.process = subprocess.Popen(["dbus-daemon", f"--config-file={config}", "--print-address", "--nofork"],
-                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                                        start_new_session=True)
-        self.address = read_line(self.process.stdout, 10)
-        if not self.address:
-            raise RuntimeError("dbus-daemon printed no address")
-        return self
-
-    def stop(self):
-        stop_process(self.process)
-        if self.process:
-            self.process.stdout.close()
-
-
 class FakeScreenSaver:
-    """sorvane-test-screensaver on a bus, recording Inhibit and UnInhibit calls."""
+    """A private session bus (no activatable services, so only what a test puts on it is
+    there) with sorvane-test-screensaver on it, recording Inhibit and UnInhibit calls."""
 
-    def __init__(self, executable, bus_address, record_path):
-        self.record_path = record_path
-        self.process = subprocess.Popen([executable, record_path], stdout=subprocess.PIPE,
-                                        stderr=subprocess.DEVNULL,
-                                        env={**os.environ, "DBUS_SESSION_BUS_ADDRESS": bus_address},
-                                        start_new_session=True)
-        if read_line(self.process.stdout, 10) != "ready":
-            stop_process(self.process)
-            raise RuntimeError("the fake screen saver did not come up")
+    def __init__(self, executable, workdir):
+        config = os.path.join(workdir, "bus.conf")
+        with open(config, "w") as out:
+            out.write(BUS_CONFIG.format(folder=workdir))
+        self.record_path = os.path.join(workdir, "screensaver-calls.txt")
+        self.processes = [start_process(["dbus-daemon", f"--config-file={config}", "--print-address", "--nofork"],
+                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)]
+        self.address = read_line(self.processes[0].stdout, 10)
+        if self.address:
+            self.processes.append(start_process(
+                [executable, self.record_path], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                env={**os.environ, "DBUS_SESSION_BUS_ADDRESS": self.address}))
+        if not self.address or read_line(self.processes[1].stdout, 10) != "ready":
+            self.stop()
+            raise RuntimeError("the private bus or the fake screen saver did not come up")
 
     def calls(self):
         if not os.path.exists(self.record_path):
@@ -441,5 +346,6 @@ class FakeScreenSaver:
             return [line.rstrip("\n") for line in record if line.strip()]
 
     def stop(self):
-        stop_process(self.process)
-        self.process.stdout.close()
+        for process in reversed(self.processes):
+            stop_process(process)
+            process.stdout.close()

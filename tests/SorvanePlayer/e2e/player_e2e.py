@@ -7,6 +7,7 @@ Exits 77 (skipped) when Xvfb, xdotool or ImageMagick's import is missing.
 """
 
 import argparse
+import hashlib
 import json
 import os
 import re
@@ -16,6 +17,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import types
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -37,52 +39,28 @@ def executable(name):
     return os.path.join(BIN, name)
 
 
-class Suite:
-    """The sample bundle, exported once per run."""
-
-    def __init__(self):
-        self.root = tempfile.mkdtemp(prefix="sorvane-e2e-")
-        try:
-            self.make()
-        except BaseException:
-            self.cleanup()  # tearDownModule does not run when setUpModule fails
-            raise
-
-    def make(self):
-        media = os.path.join(self.root, "media")
-        subprocess.run([executable("sorvane-sample-media"), media], check=True, capture_output=True, timeout=120)
-        export = subprocess.run([executable("sorvane"), "export", media, "--to", self.root, "--name", "show",
-                                 "--replace", "--interval", str(int(INTERVAL)), "--sort", "sequential"],
-                                capture_output=True, text=True, timeout=120)
-        if export.returncode != 0:
-            raise RuntimeError(f"export failed:\n{export.stdout}\n{export.stderr}")
-        self.bundle = Bundle(os.path.join(self.root, "show"))
-        videos = [item["id"] for item in self.bundle.manifest["items"] if "video" in item["assets"]]
-        if not videos:
-            raise RuntimeError("the sample bundle has no video")
-        self.video_id = videos[0]
-
-    def cleanup(self):
-        shutil.rmtree(self.root, ignore_errors=True)
-
-
 def setUpModule():
+    """The sample bundle, exported once per run."""
     global SUITE
-    SUITE = Suite()
+    SUITE = types.SimpleNamespace(root=tempfile.mkdtemp(prefix="sorvane-e2e-"))
+    media = os.path.join(SUITE.root, "media")
+    try:
+        subprocess.run([executable("sorvane-sample-media"), media], check=True, capture_output=True, timeout=120)
+        subprocess.run([executable("sorvane"), "export", media, "--to", SUITE.root, "--name", "show", "--replace",
+                        "--interval", str(int(INTERVAL)), "--sort", "sequential"],
+                       check=True, capture_output=True, timeout=120)
+        SUITE.bundle = Bundle(os.path.join(SUITE.root, "show"))
+        # The last item; Left from the first one reaches it.
+        SUITE.video_id = SUITE.bundle.item_ids[-1]
+        if "video" not in SUITE.bundle.item(SUITE.video_id)["assets"]:
+            raise RuntimeError("the sample bundle does not end with a video")
+    except BaseException:
+        tearDownModule()  # which does not run when setUpModule fails
+        raise
 
 
 def tearDownModule():
-    if SUITE:
-        SUITE.cleanup()
-
-
-def make_writable(root):
-    for folder, _, files in os.walk(root):
-        os.chmod(folder, os.stat(folder).st_mode | stat.S_IWUSR | stat.S_IXUSR)
-        for name in files:
-            path = os.path.join(folder, name)
-            if not os.path.islink(path):
-                os.chmod(path, os.stat(path).st_mode | stat.S_IWUSR)
+    shutil.rmtree(SUITE.root, ignore_errors=True)
 
 
 class PlayerTestCase(unittest.TestCase):
@@ -91,16 +69,15 @@ class PlayerTestCase(unittest.TestCase):
     def setUp(self):
         self.tmp = tempfile.mkdtemp(prefix="sorvane-e2e-test-")
         self.addCleanup(shutil.rmtree, self.tmp, True)
-        self.addCleanup(make_writable, self.tmp)
-        self.runtime = self.folder("run", 0o700)
+        # A read-only copy must be writable again to be removed.
+        self.addCleanup(subprocess.run, ["chmod", "-R", "u+w", self.tmp])
         self.data_home = self.folder("data")
         self.players = 0
         self.ids = SUITE.bundle.item_ids
 
     def folder(self, name, mode=0o755):
         path = os.path.join(self.tmp, name)
-        os.makedirs(path, exist_ok=True)
-        os.chmod(path, mode)
+        os.makedirs(path, mode, exist_ok=True)
         return path
 
     def x_server(self, screens=TWO_SCREENS):
@@ -108,69 +85,56 @@ class PlayerTestCase(unittest.TestCase):
         self.addCleanup(x.stop)
         return x
 
-    def start_player(self, x, arguments=(), program=None, data_home=None, bus_address="disabled:"):
+    def start_player(self, x, arguments=(), program=None, bus_address="disabled:"):
         self.players += 1
-        log_path = os.path.join(self.tmp, f"player-{self.players}.log")
         env = {key: value for key, value in os.environ.items() if not key.startswith(("QT_", "XDG_", "DBUS_"))}
-        env.update(x.env())
-        env.update({
-            "QT_QPA_PLATFORM": "xcb",
-            "QT_LOGGING_RULES": "sorvane.player.info=true",
-            "XDG_RUNTIME_DIR": self.runtime,
-            "XDG_DATA_HOME": data_home or self.data_home,
-            "XDG_CONFIG_HOME": self.folder("config"),
-            "XDG_CACHE_HOME": self.folder("cache"),
-            "DBUS_SESSION_BUS_ADDRESS": bus_address,
-        })
-        player = harness.Player(program or executable("SorvanePlayer"), list(arguments), env, log_path)
+        env.update(x.env(), QT_QPA_PLATFORM="xcb", QT_LOGGING_RULES="sorvane.player.info=true",
+                   XDG_RUNTIME_DIR=self.folder("run", 0o700), XDG_DATA_HOME=self.data_home,
+                   XDG_CONFIG_HOME=self.folder("config"), XDG_CACHE_HOME=self.folder("cache"),
+                   DBUS_SESSION_BUS_ADDRESS=bus_address)
+        player = harness.Player(program or executable("SorvanePlayer"), list(arguments), env,
+                                os.path.join(self.tmp, f"player-{self.players}.log"))
         self.addCleanup(player.stop)
         return player
 
     def player_copy(self, folder):
         """The player's program copied into folder, as it sits on a stick."""
         os.makedirs(folder, exist_ok=True)
-        target = os.path.join(folder, "SorvanePlayer")
-        shutil.copy2(executable("SorvanePlayer"), target)
-        return target
+        return shutil.copy2(executable("SorvanePlayer"), os.path.join(folder, "SorvanePlayer"))
 
-    def wait_for_screen(self, x, screen, name, check, what, timeout=8):
+    def wait_for_screen(self, x, screen, check, what, timeout=8):
         """Takes screenshots until one passes check."""
         def passing():
             shot = x.screenshot(screen)
             return shot if check(shot) else None
         return wait_until(passing, timeout, f"{what} on screen {screen}", interval=0.2)
 
-    # --- shared checks ---
-
-    def assert_one_window_per_screen(self, x, screens):
+    def assert_one_window_per_screen(self, x, screens=TWO_SCREENS):
         windows = x.visible_windows()
-        names = sorted(name for _, name in windows)
         # A message box or error dialog would be a visible window with another title.
-        self.assertEqual(names, ["SorvanePlayer"] * len(screens), f"visible windows: {windows}")
+        self.assertEqual(sorted(name for _, name in windows), ["SorvanePlayer"] * len(screens), windows)
 
-    def assert_showing_photo(self, x, name, screens=TWO_SCREENS):
-        for screen, size in enumerate(screens):
-            shot = self.wait_for_screen(x, screen, name, lambda s: s.fraction_brighter(16) > 0.25,
-                                        "a photo filling much of the screen")
-            self.assertEqual((shot.width, shot.height), size)
+    def assert_screens(self, x, check, what, screens=TWO_SCREENS):
+        shots = [self.wait_for_screen(x, screen, check, what) for screen in range(len(screens))]
+        self.assertEqual([(shot.width, shot.height) for shot in shots], list(screens))
+        return shots
 
-    def assert_holding(self, x, player, name):
-        player.wait_line(r"^Holding on 2 screen\(s\)$")
-        self.assertIsNone(player.find(r"^Playing on"))
-        self.assertIsNone(player.find(SHOWING))
-        self.assert_holding_screens(x, name)
-        self.assert_one_window_per_screen(x, TWO_SCREENS)
+    def assert_showing_photo(self, x, screens=TWO_SCREENS):
+        self.assert_screens(x, lambda s: s.fraction_brighter(16) > 0.25, "a photo filling much of the screen", screens)
 
-    def assert_holding_screens(self, x, name):
-        for screen, size in enumerate(TWO_SCREENS):
-            # The words fade in; wait until they are there.
-            shot = self.wait_for_screen(
-                x, screen, name, lambda s: s.crop(0.2, 0.4, 0.8, 0.6).count_brighter(100) >= 150,
-                "light text ('Waiting for photos') in the middle band")
-            self.assertEqual((shot.width, shot.height), size)
+    def assert_holding_screens(self, x):
+        # The words fade in; wait until they are there.
+        for shot in self.assert_screens(x, lambda s: s.crop(0.2, 0.4, 0.8, 0.6).count_brighter(100) >= 150,
+                                        "light text ('Waiting for photos') in the middle band"):
             self.assertLess(shot.fraction_brighter(40), 0.02, "the holding screen should be mostly black")
             for band in (shot.crop(0, 0, 1, 0.3), shot.crop(0, 0.7, 1, 1)):
                 self.assertEqual(band.count_brighter(40), 0, "nothing but the words should be lit")
+
+    def assert_holding(self, x, player):
+        player.wait_line(r"^Holding on 2 screen\(s\)$")
+        self.assertIsNone(player.find(r"^(Playing on|Showing item )"), player.tail())
+        self.assert_holding_screens(x)
+        self.assert_one_window_per_screen(x)
 
     def keys_reach(self, player):
         """Keys sent before the show's windows are mapped go to the root window and are lost."""
@@ -202,12 +166,8 @@ class PlayerTestCase(unittest.TestCase):
         """A private bus with a fake screen saver that records its calls, or None without dbus-daemon."""
         if shutil.which("dbus-daemon") is None:
             return None
-        bus = harness.SessionBus(self.folder("bus")).start()
-        self.addCleanup(bus.stop)
-        saver = harness.FakeScreenSaver(executable("sorvane-test-screensaver"), bus.address,
-                                        os.path.join(self.tmp, "screensaver-calls.txt"))
+        saver = harness.FakeScreenSaver(executable("sorvane-test-screensaver"), self.folder("bus"))
         self.addCleanup(saver.stop)
-        saver.address = bus.address
         return saver
 
 
@@ -220,7 +180,7 @@ class HoldingTest(PlayerTestCase):
         player = self.start_player(x, program=self.player_copy(app),
                                    bus_address=saver.address if saver else "disabled:")
         player.wait_line(rf"^No bundle beside {re.escape(app)}; holding$")
-        self.assert_holding(x, player, "holding")
+        self.assert_holding(x, player)
         self.assert_quits(player, "Escape", x=x)
         if saver:
             self.assertEqual(saver.calls(), [])
@@ -229,16 +189,13 @@ class HoldingTest(PlayerTestCase):
     def test_bundle_that_cannot_be_opened(self):
         x = self.x_server()
         bundle = SUITE.bundle.copy_to(os.path.join(self.tmp, "cut-short"))
-        manifest = os.path.join(bundle.root, "bundle.json")
-        with open(manifest, "rb") as original:
-            real = original.read()
         # A copy that stopped half-way.
-        with open(manifest, "wb") as out:
-            out.write(real[:len(real) // 2])
+        manifest = os.path.join(bundle.root, "bundle.json")
+        os.truncate(manifest, os.path.getsize(manifest) // 2)
         player = self.start_player(x, [bundle.root])
         player.wait_line(rf"^Bundle root {re.escape(bundle.root)}$")
         player.wait_line(r"^Bundle could not be opened \(.+\); holding$")
-        self.assert_holding(x, player, "cut-short")
+        self.assert_holding(x, player)
         self.assert_quits(player, "Escape", x=x)
 
 
@@ -259,8 +216,8 @@ class PlaybackTest(PlayerTestCase):
         self.assertEqual((second.match[1], second.match[3]), (self.ids[1], "2"))
         self.assertGreater(second.seen_at - first.seen_at, INTERVAL - 0.7)
         player.wait_line(r"^First photo on screen after \d+ ms$")
-        self.assert_showing_photo(x, "playing")
-        self.assert_one_window_per_screen(x, TWO_SCREENS)
+        self.assert_showing_photo(x)
+        self.assert_one_window_per_screen(x)
         self.assertIsNone(player.find(r"^Could not show"), player.tail())
         # A second copy quits at once and the first plays on.
         second = self.start_player(x, [bundle.root])
@@ -268,7 +225,7 @@ class PlaybackTest(PlayerTestCase):
         self.assertIsNotNone(second.find(r"^Another copy is running; quitting$"), second.tail())
         self.assertIsNone(second.find(r"^(Playing|Holding) on"), second.tail())
         self.showing(player, player.mark())
-        self.assert_one_window_per_screen(x, TWO_SCREENS)
+        self.assert_one_window_per_screen(x)
         if saver:
             cookie = player.wait_line(r"^Display kept awake \(cookie (\d+)\)$", 10).match[1]
             inhibit = f"Inhibit SorvanePlayer\t{INHIBIT_REASON}\t{cookie}"
@@ -308,34 +265,27 @@ class KeysTest(PlayerTestCase):
             self.assertIsNone(player.find(r"^(Playing|Quitting)$"), "a step or q must not end the pause")
 
         with self.subTest("the pointer shows the panel until it rests"):
-            bottom_centre = (0.3, 0.75, 0.7, 1.0)
-            top = (0, 0, 1, 0.4)
+            def bottom_changed(shot):
+                return shot.crop(0.3, 0.75, 0.7, 1.0).fraction_different(before.crop(0.3, 0.75, 0.7, 1.0))
+
             # The last step's fade must be over, or the photo itself would still be changing.
-            shots = [x.screenshot(0).crop(*top)]
+            tops = [x.screenshot(0).crop(0, 0, 1, 0.4)]
 
             def standing_still(shot):
-                still = shot.crop(*top).fraction_different(shots[-1]) < 0.001 and shot.fraction_brighter(16) > 0.25
-                shots.append(shot.crop(*top))
-                return still
-            before = self.wait_for_screen(x, 0, "before", standing_still, "the photo standing still")
+                tops.append(shot.crop(0, 0, 1, 0.4))
+                return tops[-1].fraction_different(tops[-2]) < 0.001 and shot.fraction_brighter(16) > 0.25
+            before = self.wait_for_screen(x, 0, standing_still, "the photo standing still")
             mark = player.mark()
             # Away from the bottom, where resting on the panel would keep it up.
             x.move_pointer(700, 300)
             x.move_pointer(960, 400)
             shown = player.wait_line(r"^Controls shown$", 5, mark)
-            panel = self.wait_for_screen(
-                x, 0, "panel",
-                lambda s: s.crop(*bottom_centre).fraction_different(before.crop(*bottom_centre)) > 0.02,
-                "the panel in the bottom centre", timeout=3)
-            self.assertLess(panel.crop(*top).fraction_different(before.crop(*top)), 0.001,
+            panel = self.wait_for_screen(x, 0, lambda s: bottom_changed(s) > 0.02, "the panel in the bottom centre", 3)
+            self.assertLess(panel.crop(0, 0, 1, 0.4).fraction_different(before.crop(0, 0, 1, 0.4)), 0.001,
                             "only the bottom should change: the photo must be the same")
             hidden = player.wait_line(r"^Controls hidden$", 7, shown.index)
-            rested = hidden.seen_at - shown.seen_at
-            self.assertTrue(2.5 <= rested <= 5.0, f"hidden {rested:.2f} s after it was shown")
-            self.wait_for_screen(
-                x, 0, "after",
-                lambda s: s.crop(*bottom_centre).fraction_different(before.crop(*bottom_centre)) < 0.002,
-                "the bottom centre as it was before the panel", timeout=3)
+            self.assertTrue(2.5 <= hidden.seen_at - shown.seen_at <= 5.0, "hidden 2.5 to 5 s after it was shown")
+            self.wait_for_screen(x, 0, lambda s: bottom_changed(s) < 0.002, "the bottom as it was before the panel", 3)
             self.assertIsNone(player.find(SHOWING, mark), "paused: no item should have been shown meanwhile")
 
         with self.subTest("space plays on"):
@@ -372,7 +322,8 @@ class ResumeTest(PlayerTestCase):
         self.assertNotEqual(last_index, 0, "the run should have moved on from the first item")
 
         # The resume record belongs in the data folder.
-        with open(harness.resume_path(self.data_home, bundle.manifest["bundle_id"]), "rb") as record_file:
+        digest = hashlib.sha256(bundle.manifest["bundle_id"].encode()).hexdigest()
+        with open(os.path.join(self.data_home, "SorvanePlayer", "resume", f"{digest}.json"), "rb") as record_file:
             record = json.load(record_file)
         self.assertEqual((record["bundle_id"], record["item_index"], record["style"]),
                          (bundle.manifest["bundle_id"], last_index, "photo-wall"))
@@ -401,7 +352,7 @@ class WallTest(PlayerTestCase):
         return [y for y in range(int(shot.height * 0.7))
                 if max(shot.rgb[y * stride + x0 * 3:y * stride + x1 * 3]) <= 30]
 
-    def assert_flow_strips(self, x, name):
+    def assert_flow_strips(self, x):
         for screen, (width, thickness) in self.GAPS.items():
             def strips(shot, width=width, thickness=thickness):
                 gap = shot.crop(1 / width, 0.05, 4 / width, 0.7)
@@ -409,7 +360,7 @@ class WallTest(PlayerTestCase):
                 inside = shot.crop(60 / width, 0.05, (thickness - 60) / width, 0.7)
                 return (gap.count_brighter(30) == 0 and second_gap.count_brighter(30) == 0
                         and inside.fraction_brighter(30) > 0.5)
-            self.wait_for_screen(x, screen, name, strips, "Flow strips with dark gaps between them")
+            self.wait_for_screen(x, screen, strips, "Flow strips with dark gaps between them")
 
     def test_walls_draw_step_and_open_the_photo_double_clicked(self):
         x = self.x_server()
@@ -418,12 +369,12 @@ class WallTest(PlayerTestCase):
 
         with self.subTest("photo wall"):
             self.press_and_see(x, player, "1", r"^Wall flow on 2 screen\(s\)$")
-            self.assert_flow_strips(x, "photo-wall")
+            self.assert_flow_strips(x)
             # The strips scroll, with the pointer resting where it was left over the wall: the
             # dark gaps between the first strip's tiles move (a tile changing its photo would not).
             before = self.tile_gaps(x.screenshot(0))
             self.assertTrue(before, "the first strip should show gaps between its tiles")
-            self.wait_for_screen(x, 0, "photo-wall-moved", lambda s: self.tile_gaps(s) not in ([], before),
+            self.wait_for_screen(x, 0, lambda s: self.tile_gaps(s) not in ([], before),
                                  "the first strip's tiles moving", timeout=5)
             mark = player.mark()
             for key in ("Right", "Left", "Right"):
@@ -433,17 +384,13 @@ class WallTest(PlayerTestCase):
 
         with self.subTest("memory table"):
             self.press_and_see(x, player, "2", r"^Wall scatter on 2 screen\(s\)$")
-            for screen in (0, 1):
-                # The warm table shows in the corners, where the first photo never lands.
-                self.wait_for_screen(
-                    x, screen, "memory-table",
-                    lambda s: s.crop(0, 0, 0.08, 0.08).fraction_brighter(25) > 0.9
-                    and s.crop(0.25, 0.25, 0.75, 0.75).fraction_different(s.crop(0, 0, 0.5, 0.5)) > 0.05,
-                    "a photo lying on the table")
+            # The warm table shows in the corners, where the first photo never lands.
+            self.assert_screens(x, lambda s: s.crop(0, 0, 0.08, 0.08).fraction_brighter(25) > 0.9 and s.crop(
+                0.25, 0.25, 0.75, 0.75).fraction_different(s.crop(0, 0, 0.5, 0.5)) > 0.05, "a photo lying on the table")
 
         with self.subTest("double click opens the photo"):
             self.press_and_see(x, player, "1", r"^Wall flow on 2 screen\(s\)$")
-            self.assert_flow_strips(x, "photo-wall-again")
+            self.assert_flow_strips(x)
             mark = player.mark()
             # A double click that lands in the narrow gap between two tiles opens nothing; try a little lower.
             for y in (540, 580, 620):
@@ -459,7 +406,7 @@ class WallTest(PlayerTestCase):
             player.wait_line(r"^Style classic$", 3, mark)
             shown = player.wait_line(SHOWING, 5, mark)
             self.assertEqual(shown.match[1], opened.match[1])
-            self.assert_showing_photo(x, "opened")
+            self.assert_showing_photo(x)
 
         self.assert_quits(player, "Escape", x=x)
 
@@ -471,9 +418,9 @@ class HostileBundleTest(PlayerTestCase):
     def copy_bundle(self, name):
         return SUITE.bundle.copy_to(os.path.join(self.tmp, name))
 
-    def assert_still_running(self, x, player, screens=TWO_SCREENS):
+    def assert_still_running(self, x, player):
         self.assertTrue(player.alive(), player.tail())
-        self.assert_one_window_per_screen(x, screens)
+        self.assert_one_window_per_screen(x)
         self.assertIsNone(player.find(r"^Quitting$"))
 
     def test_nothing_showable_holds(self):
@@ -481,17 +428,15 @@ class HostileBundleTest(PlayerTestCase):
         bundle = self.copy_bundle("garbled")
         for folder, _, files in os.walk(os.path.join(bundle.root, "media")):
             for name in files:
-                path = os.path.join(folder, name)
                 # Same size, so the open's size checks pass and only decoding fails.
-                size = os.path.getsize(path)
-                with open(path, "wb") as out:
-                    out.write(harness.garbage(size, name.encode()))
+                with open(os.path.join(folder, name), "r+b") as out:
+                    out.write(harness.garbage(os.fstat(out.fileno()).st_size, name.encode()))
         player = self.start_player(x, [bundle.root])
         # Every failure is seen at once, bar animations that wait out their hold.
         nothing = player.wait_line(r"^Nothing in the bundle could be shown; holding$", 20)
         self.assertIsNotNone(player.find(r"^Could not show "), player.tail())
         player.wait_line(r"^Holding on 2 screen\(s\)$", 5, nothing.index)
-        self.assert_holding_screens(x, "holding")
+        self.assert_holding_screens(x)
         self.assert_still_running(x, player)
         self.assert_quits(player, "Escape", x=x)
 
@@ -500,19 +445,15 @@ class HostileBundleTest(PlayerTestCase):
             self.skipTest("ffmpeg is not installed")
         x = self.x_server()
         video = SUITE.video_id
-        self.assertEqual(self.ids[-1], video, "Left from the first item should reach the video")
         bundle = self.copy_bundle("cut-in-half")
-        path = bundle.asset_path(video, "video")
+        path = os.path.join(bundle.root, bundle.item(video)["assets"]["video"]["path"])
         # Index first, so the first half still plays and the file runs out mid-stream
         # (with the index at the end, half a file fails at once like garbage).
         fast = path + ".fast.mp4"
         subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", path, "-c", "copy", "-movflags", "+faststart", fast],
                        check=True, timeout=60)
-        with open(fast, "rb") as original:
-            data = original.read()
-        os.remove(fast)
-        with open(path, "wb") as out:
-            out.write(data[:len(data) // 2])
+        os.truncate(fast, os.path.getsize(fast) // 2)
+        os.replace(fast, path)
         bundle.refresh_asset(video, "video")
         player = self.start_player(x, [bundle.root])
         at_video = self.go_to_the_video(x, player)
@@ -530,7 +471,6 @@ class ScreensTest(PlayerTestCase):
             self.skipTest("xrandr is not installed (x11-xserver-utils)")
         x = self.x_server(ONE_SCREEN)
         video = SUITE.video_id
-        self.assertEqual(self.ids[-1], video, "Left from the first item should reach the video")
         player = self.start_player(x, [SUITE.bundle.root])
         player.wait_line(r"^Playing on 1 screen\(s\)$", 10)
         shown = self.go_to_the_video(x, player)
@@ -547,21 +487,17 @@ class ScreensTest(PlayerTestCase):
         player.wait_line(r"^Playing on 1 screen\(s\)$", 5, mark)
         # The show goes on past the video.
         player.wait_line(rf"^Showing item (?!{video} )", 10, shown.index + 1)
-        self.assert_showing_photo(x, "resized", ((1280, 720),))
-        windows = x.visible_windows()
-        self.assertEqual([name for _, name in windows], ["SorvanePlayer"], windows)
-        self.assertEqual(x.window_size(windows[0][0]), (1280, 720))
+        self.assert_showing_photo(x, ((1280, 720),))
+        self.assert_one_window_per_screen(x, ONE_SCREEN)
+        self.assertEqual(x.window_size(x.visible_windows()[0][0]), (1280, 720))
         self.assert_quits(player, "Escape", x=x)
 
 
 def main():
     global BIN
     parser = argparse.ArgumentParser(add_help=False)
-    parser.add_argument("--bin", default=os.environ.get("SORVANE_BIN_DIR"))
+    parser.add_argument("--bin", required=True, help="the build's bin folder")
     options, rest = parser.parse_known_args()
-    if not options.bin:
-        print("player_e2e: give the build's bin folder with --bin or SORVANE_BIN_DIR", file=sys.stderr)
-        return 2
     BIN = os.path.abspath(options.bin)
     missing = [tool for tool in harness.REQUIRED_TOOLS if shutil.which(tool) is None]
     if missing:
