@@ -9,6 +9,7 @@
 #include "bundle/BundleFormat.h"
 #include "bundle/BundleManifest.h"
 #include "bundle/BundleReader.h"
+#include "bundle/ManifestTextReader.h"
 #include "bundle/OpenedBundle.h"
 
 #include <QDir>
@@ -282,6 +283,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         object = document.object();
         checkRoundTrip(*object);
     }
+    // The reader's own pass over the text must agree with Qt's parser on every input.
+    const ManifestTextReader::Result read = ManifestTextReader::read(bytes);
+    FUZZ_CHECK((read.error.error == QJsonParseError::NoError) == validJson, bytes);
+    FUZZ_CHECK(read.manifest.has_value() == object.has_value(), bytes);
+    FUZZ_CHECK(!object || *read.manifest == BundleManifest::fromJson(*object), bytes);
     checkReader(data, size, object, validJson);
     return 0;
 }
