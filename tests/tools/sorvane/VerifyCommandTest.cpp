@@ -82,8 +82,15 @@ TEST_F(SampleBundle, DecodeLevelCatchesAPhotoThatIsNotOne)
     EXPECT_EQ(parseJson(decoded.out)["integrity"].toObject()["playableItemCount"].toInteger(), playable);
 }
 
-TEST(VerifyCommand, JsonCarriesTheErrorAndExitsOne)
+TEST(VerifyCommand, AnErrorExitsOneNamedOnStandardErrorOrInTheJson)
 {
+    QTemporaryDir empty;
+    const Outcome text = sorvane({"verify", empty.path()});
+    EXPECT_EQ(text.status, 1);
+    EXPECT_TRUE(text.out.isEmpty());
+    EXPECT_TRUE(text.err.contains("notABundle: No bundle.json at this path.")) << qPrintable(text.err);
+    EXPECT_TRUE(text.err.contains(empty.path()));
+
     BundleFixture fixture;
     fixture.manifest.minReaderVersion = 4;
     fixture.writeManifest();
@@ -92,11 +99,11 @@ TEST(VerifyCommand, JsonCarriesTheErrorAndExitsOne)
     const QJsonObject json = parseJson(result.out);
     EXPECT_FALSE(json["opened"].toBool());
     const QJsonObject error = json["error"].toObject();
-    EXPECT_EQ(error["code"].toString(), "unsupportedFutureVersion");
-    EXPECT_EQ(error["message"].toString(), "Bundle requires reader version 4; this reader is version 1.");
-    EXPECT_EQ(error["jsonPath"].toString(), "$.min_reader_version");
-    EXPECT_EQ(error["requiredReaderVersion"].toInteger(), 4);
-    EXPECT_EQ(error["supportedReaderVersion"].toInteger(), 1);
+    const QJsonObject expected {{"code", "unsupportedFutureVersion"},
+        {"message", "Bundle requires reader version 4; this reader is version 1."},
+        {"jsonPath", "$.min_reader_version"}, {"requiredReaderVersion", 4}, {"supportedReaderVersion", 1}};
+    for (auto it = expected.begin(); it != expected.end(); ++it)
+        EXPECT_EQ(error[it.key()], it.value()) << qPrintable(it.key());
     EXPECT_TRUE(json["playOrder"].toArray().isEmpty());
 }
 
@@ -137,16 +144,6 @@ TEST(VerifyCommand, JsonListsReportsMissingItemsTiersAndPlayOrder)
     EXPECT_EQ(json["playOrder"].toArray(), (QJsonArray {"a", "c"}));
 }
 
-TEST(VerifyCommand, TextNamesTheErrorOnStandardError)
-{
-    QTemporaryDir empty;
-    const Outcome result = sorvane({"verify", empty.path()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.out.isEmpty());
-    EXPECT_TRUE(result.err.contains("notABundle: No bundle.json at this path.")) << qPrintable(result.err);
-    EXPECT_TRUE(result.err.contains(empty.path()));
-}
-
 TEST(VerifyCommand, UsageErrorsExitTwoAndHelpExitsZero)
 {
     const CommandCase cases[] = {
@@ -155,8 +152,6 @@ TEST(VerifyCommand, UsageErrorsExitTwoAndHelpExitsZero)
         {{"verify"}, 2, "no bundle given"},
         {{"verify", "a", "b"}, 2, "one bundle at a time"},
         {{"verify", "--level", "deep", "x"}, 2, "unknown level 'deep'"},
-        {{"verify", "--colour", "x"}, 2, "Unknown option 'colour'"},
-        {{"--help"}, 0, "verify"},
         {{"verify", "--help"}, 0, "Exit status:"},
     };
     expectCommandOutcomes(cases);
