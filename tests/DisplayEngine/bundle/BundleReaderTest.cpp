@@ -93,63 +93,47 @@ INSTANTIATE_TEST_SUITE_P(Manifests, ReaderErrors,
         ErrorCase {"no items", "{" + head + "}", BundleErrorCode::manifestMalformed, "items is required.", "$.items"},
         ErrorCase {"items not an array", "{" + head + R"(,"items":{"id":"a"}})", BundleErrorCode::manifestMalformed,
             "items is required.", "$.items"},
-        ErrorCase {"item without id", "{" + head + R"(,"items":[{"id":"a"},{"id":"b"},{"media_type":"image"}]})",
+        ErrorCase {"item without id", "{" + head + R"(,"items":[{"id":"a"},{"media_type":"image"}]})",
+            BundleErrorCode::manifestMalformed, "an item is missing its id.", "$.items[1].id"},
+        ErrorCase {"item not an object", "{" + head + R"(,"items":[{"id":"a"},{"id":"b"},7]})",
             BundleErrorCode::manifestMalformed, "an item is missing its id.", "$.items[2].id"},
         ErrorCase {"empty items", "{" + head + R"(,"items":[]})", BundleErrorCode::noPlayableMedia,
-            "Manifest declared 0 items; none of them resolved to a usable asset.", std::nullopt}),
+            "Manifest declared 0 items; none of them resolved to a usable asset.", std::nullopt},
+        ErrorCase {"every item missing",
+            "{" + head + R"(,"items":[{"id":"a","assets":{"full":{"path":"media/a.jpg","bytes":1}}},)"
+                + R"({"id":"b","assets":{"full":{"path":"media/b.jpg","bytes":1}}}]})",
+            BundleErrorCode::noPlayableMedia, "Manifest declared 2 items; none of them resolved to a usable asset.",
+            std::nullopt}),
     [](const testing::TestParamInfo<ErrorCase> &info) { return std::to_string(info.index); });
 
-TEST(BundleReader, MissingManifestIsNotABundleAtTheRoot)
+TEST(BundleReader, AManifestThatCannotBeReadSaysWhy)
 {
     QTemporaryDir dir;
-    const BundleOpenResult result = BundleReader::open(dir.path());
+    BundleOpenResult result = BundleReader::open(dir.path());
     ASSERT_TRUE(result.error);
     EXPECT_EQ(result.error->code, BundleErrorCode::notABundle);
     EXPECT_EQ(result.error->message, "No bundle.json at this path.");
     EXPECT_EQ(result.error->path, dir.path());
-
     // A folder named bundle.json is not a manifest either.
     QDir(dir.path()).mkdir("bundle.json");
     EXPECT_EQ(BundleReader::open(dir.path()).error->code, BundleErrorCode::notABundle);
-}
 
-TEST(BundleReader, MalformedJsonCarriesTheParserCause)
-{
     BundleFixture fixture;
     fixture.writeManifestText("{\"format\": tru}");
-    const BundleOpenResult result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.error);
-    ASSERT_TRUE(result.error->cause);
+    result = BundleReader::open(fixture.root());
+    ASSERT_TRUE(result.error && result.error->cause);
     EXPECT_FALSE(result.error->cause->isEmpty());
     EXPECT_EQ(result.error->message, "Manifest is not valid JSON: " + *result.error->cause);
     EXPECT_EQ(result.error->path, fixture.manifestPath());
-}
 
-TEST(BundleReader, AManifestThatIsAPipeFailsWithoutReadingForever)
-{
-    BundleFixture fixture;
+    // A pipe fails without reading forever.
+    QFile::remove(fixture.manifestPath());
     ASSERT_EQ(mkfifo(QFile::encodeName(fixture.manifestPath()).constData(), 0600), 0);
-    const BundleOpenResult result = BundleReader::open(fixture.root());
+    result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.error);
     EXPECT_EQ(result.error->code, BundleErrorCode::manifestUnreadable);
-    EXPECT_TRUE(result.error->message.startsWith("Could not read the manifest: "));
+    EXPECT_TRUE(result.error->cause);
     EXPECT_EQ(result.error->message, "Could not read the manifest: " + result.error->cause.value_or(""));
-}
-
-TEST(BundleReader, ANewerFormatOpensUnlessItNeedsANewerReader)
-{
-    BundleFixture fixture;
-    fixture.manifest.formatVersion = 7;
-    fixture.addItem("a", {{"full", 10}});
-    fixture.writeManifest();
-    EXPECT_TRUE(BundleReader::open(fixture.root()).ok());
-
-    fixture.manifest.minReaderVersion = 3;
-    fixture.writeManifest();
-    const BundleOpenResult result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.error);
-    EXPECT_EQ(result.error->requiredReaderVersion, 3);
-    EXPECT_EQ(result.error->supportedReaderVersion, 1);
 }
 
 TEST(BundleReader, ItemWithoutIdKeepsTheReportsFoundBeforeIt)
@@ -168,33 +152,19 @@ TEST(BundleReader, ItemWithoutIdKeepsTheReportsFoundBeforeIt)
 
 // ---- Opening ------------------------------------------------------------------
 
-TEST(BundleReader, OpeningTheManifestFileEqualsOpeningTheFolder)
-{
-    BundleFixture fixture;
-    fixture.addItem("a", {{"tile", 5}, {"full", 9}});
-    fixture.addItem("b", {{"full", 7}});
-    fixture.writeManifest();
-    const BundleOpenResult viaFolder = BundleReader::open(fixture.root());
-    const BundleOpenResult viaFile = BundleReader::open(fixture.manifestPath());
-    ASSERT_TRUE(viaFolder.ok());
-    ASSERT_TRUE(viaFile.ok());
-    EXPECT_EQ(viaFolder.bundle->rootPath, viaFile.bundle->rootPath);
-    EXPECT_EQ(viaFolder.bundle->rootPath, QDir(fixture.root()).absolutePath());
-    EXPECT_EQ(viaFolder.bundle->manifest, viaFile.bundle->manifest);
-    ASSERT_EQ(viaFile.bundle->items.size(), 2u);
-    EXPECT_EQ(viaFile.bundle->items[0]->resolved, viaFolder.bundle->items[0]->resolved);
-}
-
 TEST(BundleReader, IntegrityCountsBytesAndItems)
 {
     BundleFixture fixture;
+    fixture.manifest.formatVersion = 7; // a newer format opens when this reader may read it
     fixture.addItem("a", {{"tile", 100}, {"full", 300}});
     BundleItem &b = fixture.addItem("b", {{"tile", 50}});
     b.assets[0].second.bytes = 60; // short on disk
     fixture.addItem("c", {{"full", 40}});
     fixture.writeManifest();
-    const BundleOpenResult result = BundleReader::open(fixture.root());
+    // The manifest file opens like its folder.
+    const BundleOpenResult result = BundleReader::open(fixture.manifestPath());
     ASSERT_TRUE(result.ok());
+    EXPECT_EQ(result.bundle->rootPath, QDir(fixture.root()).absolutePath());
     const BundleIntegrity &integrity = *result.integrity;
     EXPECT_EQ(result.bundle->integrity, result.integrity);
     EXPECT_EQ(integrity.manifestItemCount, 3);
@@ -316,26 +286,6 @@ TEST(BundleReader, PathsOutsideTheRootAreRejected)
         EXPECT_EQ(result.bundle->reports()[size_t(i)].message,
             QStringLiteral("Item %1: full \u2014 '%1' escapes the bundle root.").arg(escaping[i]));
     }
-}
-
-TEST(BundleReader, EveryItemMissingFailsButListsEachOne)
-{
-    BundleFixture fixture;
-    for (const char *id : {"a", "b", "c"}) {
-        BundleItem item;
-        item.id = id;
-        item.assets = {{"full", BundleFixture::assetFor(QStringLiteral("media/%1.jpg").arg(id), "x")}};
-        fixture.manifest.items->push_back(item);
-    }
-    fixture.writeManifest();
-    const BundleOpenResult result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.error);
-    EXPECT_EQ(result.error->code, BundleErrorCode::noPlayableMedia);
-    EXPECT_EQ(result.error->message, "Manifest declared 3 items; none of them resolved to a usable asset.");
-    ASSERT_EQ(result.integrity->missingItems.size(), 3u);
-    EXPECT_EQ(result.integrity->missingItems[2].itemId, "c");
-    EXPECT_EQ(result.integrity->missingItems[2].reason, BundleReportCode::itemAssetMissing);
-    EXPECT_EQ(result.standaloneReports.size(), 3u);
 }
 
 TEST(BundleReader, OriginalsAreCountedButNeverRemoveAnItem)
@@ -546,7 +496,6 @@ TEST(OpenedBundlePlayOrder, TimestampGapFallsBackToManifestOrderWithOneReport)
     fixture.writeManifest();
     BundleOpenResult result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.ok());
-    EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype> {0, 1, 2, 3, 4}));
     // The engine, the walls and the image list all ask; the report is filed once.
     EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype> {0, 1, 2, 3, 4}));
     EXPECT_EQ(result.bundle->imageItems().size(), 5u);
@@ -559,13 +508,6 @@ TEST(OpenedBundlePlayOrder, TimestampGapFallsBackToManifestOrderWithOneReport)
     EXPECT_EQ(report.message,
         "playback.sort needs a per-item timestamp that is missing on at least one item; "
         "played in manifest order instead.");
-
-    // With every stamp present the order follows the dates.
-    (*fixture.manifest.items)[2].sourceModifiedUtc = "2024-05-03T00:00:00Z";
-    fixture.writeManifest();
-    result = BundleReader::open(fixture.root());
-    EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype> {4, 3, 2, 1, 0}));
-    EXPECT_TRUE(result.bundle->reports().empty());
 }
 
 TEST(OpenedBundlePlayOrder, ShuffleSkipsMissingItemsAndKeepsTheRestInShuffledOrder)
@@ -622,13 +564,10 @@ TEST(OpenedBundleImageItems, ItemsCarryTheirKindAndFollowThePlayOrder)
     ASSERT_TRUE(result.ok());
     const std::vector<ImageItem> items = result.bundle->imageItems();
     ASSERT_EQ(items.size(), 3u);
-    EXPECT_EQ(items[0].mediaType(), MediaType::image);
-    EXPECT_FALSE(items[0].isAnimated());
     EXPECT_EQ(items[0].relativePath(), "media/full/still.bin");
-    EXPECT_TRUE(items[1].isAnimated());
+    EXPECT_FALSE(items[0].isAnimated());
     EXPECT_EQ(items[1].animationType(), AnimationType::gif);
     EXPECT_EQ(items[1].originalIndex(), 1);
-    EXPECT_EQ(items[2].mediaType(), MediaType::video);
     EXPECT_EQ(items[2].videoTier(), VideoTier::tier1);
     EXPECT_EQ(items[2].url(), QUrl::fromLocalFile(fixture.path("media/video/v.mp4")));
 
