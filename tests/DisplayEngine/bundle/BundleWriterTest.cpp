@@ -123,9 +123,7 @@ protected:
     {
         const QString path = sources.filePath(relative);
         QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        EXPECT_TRUE(test::writeAll(path, content));
         return path;
     }
 
@@ -245,7 +243,7 @@ TEST_F(BundleWriterTest, SameSourcesGiveTheSameBundleWhateverTheJobs)
     EXPECT_EQ(one.second, four.second);
 }
 
-TEST_F(BundleWriterTest, PlayerChecksComeBeforeAnythingIsWritten)
+TEST_F(BundleWriterTest, WithPlayerChecksComeFirstThenThePayloadIsCopiedAndNamed)
 {
     source("a.jpg", "IMG a");
     request.destinationDirectory = destination.filePath("not-yet");
@@ -265,27 +263,18 @@ TEST_F(BundleWriterTest, PlayerChecksComeBeforeAnythingIsWritten)
     EXPECT_EQ(
         result.errorMessage, "A with-player export needs a player payload directory. (M4 produces the real one.)");
     EXPECT_FALSE(QFileInfo::exists(request.destinationDirectory));
-}
 
-TEST_F(BundleWriterTest, WithPlayerCopiesThePayloadAndNamesIt)
-{
-    source("a.jpg", "IMG a");
+    // With a payload the player is copied in and named in the manifest.
+    request.destinationDirectory = destination.path();
     QTemporaryDir payload;
     QDir(payload.path()).mkpath("lib");
-    QFile entry(payload.filePath("Slidora"));
-    ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
-    entry.write("#!/bin/sh\n");
-    entry.close();
-    QFile lib(payload.filePath("lib/libx.so"));
-    ASSERT_TRUE(lib.open(QIODevice::WriteOnly));
-    lib.write(QByteArray(1000, 'x'));
-    lib.close();
-    request.flavor = BundleFlavor::withPlayer;
+    ASSERT_TRUE(test::writeAll(payload.filePath("Slidora"), "#!/bin/sh\n"));
+    ASSERT_TRUE(test::writeAll(payload.filePath("lib/libx.so"), QByteArray(1000, 'x')));
     request.playerPayloadDirectory = payload.path();
     request.playerPlatform = "linux-x86_64";
     request.playerEntryFileName = "Slidora";
     request.playerVersion = "0.1.0";
-    const BundleWriteResult result = BundleWriter::write(request);
+    result = BundleWriter::write(request);
     ASSERT_TRUE(result.ok()) << qPrintable(result.errorMessage.value_or(""));
     EXPECT_EQ(result.playerBytesWritten, 1010);
     EXPECT_EQ(readAll(*result.bundlePath + "/player/lib/libx.so").size(), 1000);
@@ -397,24 +386,31 @@ TEST_F(BundleWriterTest, AnimationsUpToTheCapStayAnimated)
     EXPECT_EQ((*m.items)[2].asset("animated"), nullptr);
 }
 
-TEST_F(BundleWriterTest, VideosWithoutAGoodPosterAreReported)
+TEST_F(BundleWriterTest, UnreadableSourcesAndVideosWithoutAGoodPosterAreReported)
 {
     source("late.mp4", "VID LATE");
     source("none.mov", "VID NOPOSTER");
     source("text.mp4", "not a video");
     source("a.jpg", "IMG a");
+    request.sourceFiles = {sources.filePath("missing.jpg")};
     BundleWriteResult result = BundleWriter::write(request);
     ASSERT_TRUE(result.ok());
     EXPECT_EQ(result.videoPosterFallbackCount, 1);
     EXPECT_EQ(result.videoPosterUnavailableCount, 2);
+    ASSERT_EQ(result.reports.size(), 4u);
+    EXPECT_EQ(result.reports[0].code, BundleWriteReportCode::sourceUndecodable);
+    EXPECT_TRUE(result.reports[0].message.startsWith("missing.jpg could not be read: "))
+        << qPrintable(result.reports[0].message);
     std::vector<QString> messages;
-    for (const auto &report : result.reports)
-        messages.push_back(report.message);
+    for (size_t i = 1; i < result.reports.size(); ++i)
+        messages.push_back(result.reports[i].message);
     EXPECT_EQ(messages,
         (std::vector<QString> {"late.mp4: poster came from the fallback timestamp.",
             "none.mov could not produce a poster frame and was left out.",
             "text.mp4 could not produce a poster frame and was left out."}));
     EXPECT_EQ(result.itemsWritten, 2);
+
+    request.sourceFiles.clear();
 
     request.includeVideos = false;
     result = BundleWriter::write(request);
@@ -503,55 +499,38 @@ TEST_F(BundleWriterTest, ScanningSkipsBundlesAndHiddenFoldersAndSurvivesLinkLoop
     EXPECT_EQ(BundleWriter::scan(request).sources.size(), 1u);
 }
 
-TEST_F(BundleWriterTest, UnreadableSourceIsReportedAndTheRestExported)
+TEST_F(BundleWriterTest, DestinationsThatFailAreReportedWithTheSystemsReason)
 {
     source("a.jpg", "IMG a");
-    request.sourceFiles = {sources.filePath("missing.jpg")};
-    const BundleWriteResult result = BundleWriter::write(request);
-    ASSERT_TRUE(result.ok());
-    ASSERT_EQ(result.reports.size(), 1u);
-    EXPECT_EQ(result.reports[0].code, BundleWriteReportCode::sourceUndecodable);
-    EXPECT_TRUE(result.reports[0].message.startsWith("missing.jpg could not be read: "))
-        << qPrintable(result.reports[0].message);
-    EXPECT_EQ(result.itemsWritten, 1);
-}
-
-TEST_F(BundleWriterTest, AFullDiskFailsTheWriteWithTheSystemsMessage)
-{
-    const QString mountPoint = destination.filePath("small");
-    QDir().mkpath(mountPoint);
-    if (mount("tmpfs", QFile::encodeName(mountPoint).constData(), "tmpfs", 0, "size=64k") != 0)
-        GTEST_SKIP() << "cannot mount a small file system here";
-    for (int i = 0; i < 20; ++i)
-        source(QStringLiteral("%1.jpg").arg(i), "IMG " + QByteArray(20000, char('a' + i)));
-    request.destinationDirectory = mountPoint;
-    const BundleWriteResult result = BundleWriter::write(request);
-    EXPECT_EQ(result.errorCode, BundleWriteErrorCode::writeFailed);
-    EXPECT_EQ(result.errorMessage, "No space left on device");
-    EXPECT_TRUE(QDir(mountPoint).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
-    umount(QFile::encodeName(mountPoint).constData());
-}
-
-TEST_F(BundleWriterTest, UnwritableDestinationsAreReportedWithTheSystemsReason)
-{
-    source("a.jpg", "IMG a");
-    QFile blocker(destination.filePath("file"));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    ASSERT_TRUE(test::writeAll(destination.filePath("file"), ""));
     request.destinationDirectory = destination.filePath("file/inside");
     BundleWriteResult result = BundleWriter::write(request);
     EXPECT_EQ(result.errorCode, BundleWriteErrorCode::destinationUnwritable);
     EXPECT_EQ(result.errorMessage, "Could not prepare the destination: Not a directory");
 
-    const QString mountPoint = destination.filePath("stick");
-    QDir().mkpath(mountPoint);
-    if (mount("tmpfs", QFile::encodeName(mountPoint).constData(), "tmpfs", MS_RDONLY, "size=64k") != 0)
-        GTEST_SKIP() << "cannot mount a small file system here";
-    request.destinationDirectory = mountPoint;
-    result = BundleWriter::write(request);
-    umount(QFile::encodeName(mountPoint).constData());
-    EXPECT_EQ(result.errorCode, BundleWriteErrorCode::destinationUnwritable);
-    EXPECT_EQ(result.errorMessage, "Could not prepare the destination: Read-only file system");
+    // A read-only stick, and a full one.
+    const struct {
+        unsigned long flags;
+        BundleWriteErrorCode code;
+        const char *message;
+    } table[] = {{MS_RDONLY, BundleWriteErrorCode::destinationUnwritable,
+                     "Could not prepare the destination: Read-only file system"},
+        {0, BundleWriteErrorCode::writeFailed, "No space left on device"}};
+    for (int i = 0; i < 20; ++i)
+        source(QStringLiteral("%1.jpg").arg(i), "IMG " + QByteArray(20000, char('a' + i)));
+    for (const auto &row : table) {
+        const QString mountPoint = destination.filePath(QStringLiteral("stick%1").arg(row.flags));
+        QDir().mkpath(mountPoint);
+        if (mount("tmpfs", QFile::encodeName(mountPoint).constData(), "tmpfs", row.flags, "size=64k") != 0)
+            GTEST_SKIP() << "cannot mount a small file system here";
+        request.destinationDirectory = mountPoint;
+        result = BundleWriter::write(request);
+        const QStringList left = QDir(mountPoint).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        umount(QFile::encodeName(mountPoint).constData());
+        EXPECT_EQ(result.errorCode, row.code);
+        EXPECT_EQ(result.errorMessage, row.message);
+        EXPECT_TRUE(left.isEmpty()) << qPrintable(left.join(','));
+    }
 }
 
 TEST(BundleShortIds, CollidingPrefixesAreExtendedTogether)
