@@ -4,6 +4,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -152,30 +155,147 @@ TEST(BundleReader, ItemWithoutIdKeepsTheReportsFoundBeforeIt)
 
 // ---- Opening ------------------------------------------------------------------
 
-TEST(BundleReader, IntegrityCountsBytesAndItems)
+// Makes the files a manifest's items and logo name, each of its declared size; a path under
+// absent/ is left out and one under short/ is a byte short.
+void makeNamedFiles(const BundleFixture &fixture, const QByteArray &manifest)
 {
-    BundleFixture fixture;
-    fixture.manifest.formatVersion = 7; // a newer format opens when this reader may read it
-    fixture.addItem("a", {{"tile", 100}, {"full", 300}});
-    BundleItem &b = fixture.addItem("b", {{"tile", 50}});
-    b.assets[0].second.bytes = 60; // short on disk
-    fixture.addItem("c", {{"full", 40}});
-    fixture.writeManifest();
-    // The manifest file opens like its folder.
-    const BundleOpenResult result = BundleReader::open(fixture.manifestPath());
-    ASSERT_TRUE(result.ok());
-    EXPECT_EQ(result.bundle->rootPath, QDir(fixture.root()).absolutePath());
-    const BundleIntegrity &integrity = *result.integrity;
-    EXPECT_EQ(result.bundle->integrity, result.integrity);
-    EXPECT_EQ(integrity.manifestItemCount, 3);
-    EXPECT_EQ(integrity.playableItemCount, 2);
-    EXPECT_EQ(integrity.expectedAssetBytes, 100 + 300 + 60 + 40);
-    EXPECT_EQ(integrity.resolvedAssetBytes, 100 + 300 + 40);
-    ASSERT_EQ(integrity.missingItems.size(), 1u);
-    EXPECT_EQ(integrity.missingItems[0],
-        (BundleMissingItem {
-            "b", BundleReportCode::itemAssetSizeMismatch, "no usable asset survived the resolution ladder"}));
+    const QJsonObject object = QJsonDocument::fromJson(manifest).object();
+    std::vector<std::pair<QString, qint64>> files {{object["branding"]["logo_asset"].toString(), 3}};
+    for (const QJsonValue &item : object["items"].toArray()) {
+        for (const QJsonValue &asset : item["assets"].toObject())
+            files.emplace_back(asset["path"].toString(), asset["bytes"].toInteger());
+    }
+    for (const auto &[path, bytes] : files) {
+        if (!path.isEmpty() && !path.startsWith("absent/") && !path.startsWith(".."))
+            fixture.writeFile(path, QByteArray(bytes - (path.startsWith("short/") ? 1 : 0), 'x'));
+    }
 }
+
+QString describe(const BundleIntegrity &i)
+{
+    QString text = QStringLiteral("%1/%2 items, %3/%4 bytes, %5/%6 originals, %7 unsupported")
+                       .arg(i.playableItemCount)
+                       .arg(i.manifestItemCount)
+                       .arg(i.resolvedAssetBytes)
+                       .arg(i.expectedAssetBytes)
+                       .arg(i.resolvedOriginalCount)
+                       .arg(i.expectedOriginalCount)
+                       .arg(i.unsupportedMediaCount);
+    for (const BundleMissingItem &missing : i.missingItems)
+        text += "; missing " + missing.itemId + " (" + toString(missing.reason) + ": " + missing.detail + ")";
+    return text;
+}
+
+struct OpenCase {
+    const char *name;
+    QByteArray members; // after the header
+    std::vector<QString> reports; // after the play order is asked for
+    const char *shown; // "id:tier" of each item kept, the tier it shows first
+    const char *integrity;
+    BundleOpenOptions options = {};
+};
+
+class ReaderOpens : public testing::TestWithParam<OpenCase> { };
+
+TEST_P(ReaderOpens, WithTheirReportsShownItemsAndCounts)
+{
+    const OpenCase &c = GetParam();
+    BundleFixture fixture;
+    const QByteArray manifest = "{" + head + "," + c.members + "}";
+    fixture.writeManifestText(manifest);
+    makeNamedFiles(fixture, manifest);
+    const BundleOpenResult result = BundleReader::open(fixture.manifestPath(), c.options);
+    ASSERT_TRUE(result.ok()) << result.error->message.toStdString();
+    EXPECT_EQ(result.bundle->rootPath, QDir(fixture.root()).absolutePath());
+    EXPECT_EQ(result.bundle->integrity, result.integrity);
+    // The engine, the walls and the image list all ask for the order; a report is filed once.
+    result.bundle->playOrder();
+    result.bundle->imageItems();
+    EXPECT_EQ(messages(result.bundle->reports()), c.reports);
+    QStringList shown;
+    for (const auto &item : result.bundle->items)
+        shown << item->id + ":" + item->displayAsset()->key;
+    EXPECT_EQ(shown.join(' ').toStdString(), c.shown);
+    EXPECT_EQ(describe(*result.integrity).toStdString(), c.integrity);
+}
+
+const QByteArray originals = R"("items":[
+    {"id":"a","assets":{"full":{"path":"media/a","bytes":8},"original":{"path":"originals/a","bytes":20}}},
+    {"id":"b","assets":{"full":{"path":"media/b","bytes":8},"original":{"path":"absent/b","bytes":20}}},
+    {"id":"c","assets":{"full":{"path":"media/c","bytes":8},"original":{"path":"short/c","bytes":20}}},
+    {"id":"d","assets":{"full":{"path":"media/d","bytes":8}}}])";
+const QByteArray media = R"("items":[{"id":"v","media_type":"video","assets":{"video":{"path":"media/v","bytes":8}}},
+    {"id":"h","media_type":"hologram","assets":{"full":{"path":"media/h","bytes":8}}},
+    {"id":"i","assets":{"full":{"path":"media/i","bytes":8}}}])";
+
+INSTANTIATE_TEST_SUITE_P(Manifests, ReaderOpens,
+    testing::Values(
+        OpenCase {"a newer format this reader may read, with a short file",
+            R"("format_version":7,"items":[
+                {"id":"a","assets":{"tile":{"path":"media/a-tile","bytes":100},"full":{"path":"media/a","bytes":300}}},
+                {"id":"b","assets":{"tile":{"path":"short/b","bytes":60}}},
+                {"id":"c","assets":{"full":{"path":"media/c","bytes":40}}}])",
+            {"Item b: tile \u2014 expected 60 bytes, found 59."}, "a:full c:full",
+            "2/3 items, 440/500 bytes, 0/0 originals, 0 unsupported; missing b (itemAssetSizeMismatch: no usable "
+            "asset survived the resolution ladder)"},
+        // Originals are counted but never remove an item, and only checked when the bundle includes them.
+        OpenCase {"originals", R"("include_originals":true,)" + originals,
+            {"3 of 4 originals are absent or short. Playback is unaffected."}, "a:full b:full c:full d:full",
+            "4/4 items, 32/32 bytes, 1/4 originals, 0 unsupported"},
+        OpenCase {"originals not included", originals, {}, "a:full b:full c:full d:full",
+            "4/4 items, 32/32 bytes, 0/0 originals, 0 unsupported"},
+        OpenCase {"video not supported", media,
+            {"Item v: media_type 'video' is not supported by this reader.",
+                "Item h: media_type 'hologram' is unknown to this reader; skipped."},
+            "i:full", "1/3 items, 8/8 bytes, 0/0 originals, 2 unsupported", {.supportsVideo = false}},
+        OpenCase {"video supported", media, {"Item h: media_type 'hologram' is unknown to this reader; skipped."},
+            "v:video i:full", "2/3 items, 16/16 bytes, 0/0 originals, 1 unsupported"},
+        // A still whose only file is a video, an original alone, a video without poster and a poster alone.
+        OpenCase {"items are kept only with something to show",
+            R"("include_originals":true,"items":[
+                {"id":"s","assets":{"video":{"path":"media/s","bytes":5}}},
+                {"id":"o","assets":{"original":{"path":"media/o","bytes":5}}},
+                {"id":"v","media_type":"video","assets":{"video":{"path":"media/v","bytes":5}}},
+                {"id":"p","media_type":"video","assets":{"full":{"path":"media/p","bytes":5}}}])",
+            {"3 of 4 originals are absent or short. Playback is unaffected."}, "v:video p:full",
+            "2/4 items, 15/15 bytes, 1/4 originals, 0 unsupported; missing s (itemAssetMissing: no usable asset "
+            "survived the resolution ladder); missing o (itemAssetMissing: no usable asset survived the resolution "
+            "ladder)"},
+        // Without animation the animated rung is skipped; an item with nothing else is not kept.
+        OpenCase {"animation not supported",
+            R"("items":[{"id":"a","animated":true,"assets":{"animated":{"path":"media/a.gif","bytes":5},
+                                                            "tile":{"path":"media/a","bytes":3}}},
+                        {"id":"g","animated":true,"assets":{"animated":{"path":"media/g.gif","bytes":5}}}])",
+            {}, "a:tile",
+            "1/2 items, 13/13 bytes, 0/0 originals, 0 unsupported; missing g (itemAssetMissing: no usable asset "
+            "survived the resolution ladder)",
+            {.supportsAnimation = false}},
+        OpenCase {"reports follow the order of the checks",
+            R"("extra":1,"playback":{"mode":"slides"},
+                "branding":{"logo_asset":"../logo.png","overlay":{"corner":"middle"}},
+                "items":[{"id":"a","assets":{"tile":{"path":"short/a","bytes":3}}},
+                         {"id":"b","assets":{"tile":{"path":"media/b","bytes":3}}}])",
+            {"1 unrecognized manifest member(s) were ignored (forward compatibility).",
+                "playback.mode held unrecognized value 'slides'; used 'standard'.",
+                "branding.overlay.corner held unrecognized value 'middle'; used 'bottom_right'.",
+                "branding.logo_asset '../logo.png' is not a safe bundle-relative path; ignored.",
+                "Item a: tile \u2014 expected 3 bytes, found 2."},
+            "b:tile",
+            "1/2 items, 3/6 bytes, 0/0 originals, 0 unsupported; missing a (itemAssetSizeMismatch: no usable asset "
+            "survived the resolution ladder)"},
+        OpenCase {"absent logo",
+            R"("branding":{"logo_asset":"absent/logo.png"},"items":[{"id":"a","assets":{"full":{"path":"media/a","bytes":3}}}])",
+            {"branding.logo_asset 'absent/logo.png' is absent; branding shows without a logo."}, "a:full",
+            "1/1 items, 3/3 bytes, 0/0 originals, 0 unsupported"},
+        // A date order with one date missing plays in manifest order, saying so once.
+        OpenCase {"date order without every date",
+            R"("playback":{"sort":"modified"},"items":[
+                {"id":"a","source_modified_utc":"2024-05-02T00:00:00Z","assets":{"full":{"path":"media/a","bytes":3}}},
+                {"id":"b","assets":{"full":{"path":"media/b","bytes":3}}}])",
+            {"playback.sort needs a per-item timestamp that is missing on at least one item; played in manifest "
+             "order instead."},
+            "a:full b:full", "2/2 items, 6/6 bytes, 0/0 originals, 0 unsupported"}),
+    [](const testing::TestParamInfo<OpenCase> &info) { return std::to_string(info.index); });
 
 struct AssetCase {
     const char *name;
@@ -288,92 +408,6 @@ TEST(BundleReader, PathsOutsideTheRootAreRejected)
     }
 }
 
-TEST(BundleReader, OriginalsAreCountedButNeverRemoveAnItem)
-{
-    BundleFixture fixture;
-    fixture.manifest.includeOriginals = true;
-    for (const char *id : {"a", "b", "c"}) {
-        BundleItem &item = fixture.addItem(id, {{"full", 8}, {"original", 20}});
-        Q_UNUSED(item);
-    }
-    fixture.addItem("unlisted", {{"full", 8}});
-    QFile::remove(fixture.path("media/original/b.bin"));
-    (*fixture.manifest.items)[2].assets[1].second.bytes = 21;
-    fixture.writeManifest();
-    const BundleOpenResult result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.ok());
-    EXPECT_EQ(result.bundle->items.size(), 4u);
-    EXPECT_TRUE(result.integrity->missingItems.empty());
-    EXPECT_EQ(result.integrity->expectedOriginalCount, 4);
-    EXPECT_EQ(result.integrity->resolvedOriginalCount, 1);
-    EXPECT_EQ(result.integrity->expectedAssetBytes, 32); // originals are not assets
-    EXPECT_EQ(messages(result.bundle->reports()),
-        std::vector<QString> {"3 of 4 originals are absent or short. Playback is unaffected."});
-
-    // Without include_originals nothing about originals is checked.
-    fixture.manifest.includeOriginals = false;
-    fixture.writeManifest();
-    const BundleOpenResult plain = BundleReader::open(fixture.root());
-    ASSERT_TRUE(plain.ok());
-    EXPECT_TRUE(plain.bundle->reports().empty());
-    EXPECT_EQ(plain.integrity->expectedOriginalCount, 0);
-}
-
-TEST(BundleReader, UnsupportedAndUnknownMediaAreSkipped)
-{
-    BundleFixture fixture;
-    fixture.addItem("v", {{"video", 8}}, "video");
-    fixture.addItem("h", {{"full", 8}}, "hologram");
-    fixture.addItem("i", {{"full", 8}});
-    fixture.writeManifest();
-    BundleOpenOptions options;
-    options.supportsVideo = false;
-    const BundleOpenResult result = BundleReader::open(fixture.root(), options);
-    ASSERT_TRUE(result.ok());
-    EXPECT_EQ(messages(result.bundle->reports()),
-        (std::vector<QString> {"Item v: media_type 'video' is not supported by this reader.",
-            "Item h: media_type 'hologram' is unknown to this reader; skipped."}));
-    EXPECT_EQ(result.integrity->unsupportedMediaCount, 2);
-    EXPECT_EQ(result.bundle->items.size(), 1u);
-
-    const BundleOpenResult withVideo = BundleReader::open(fixture.root());
-    ASSERT_TRUE(withVideo.ok());
-    ASSERT_NE(withVideo.bundle->item("v"), nullptr);
-    EXPECT_EQ(withVideo.bundle->item("v")->mediaType, MediaType::video);
-}
-
-TEST(BundleReader, ReportsFollowTheOrderOfTheChecks)
-{
-    BundleFixture fixture;
-    fixture.addItem("a", {{"tile", 3}});
-    BundleItem &bad = fixture.addItem("b", {{"tile", 3}});
-    bad.assets[0].second.bytes = 4;
-    fixture.writeFile("assets/branding/logo.png", "png");
-    BundleBrandingJson branding;
-    branding.logoAsset = "../logo.png";
-    branding.overlay = BundleBrandingOverlayJson {};
-    branding.overlay->corner = "middle";
-    fixture.manifest.branding = branding;
-    fixture.manifest.playback = BundlePlaybackJSON {};
-    fixture.manifest.playback->mode = "slides";
-    fixture.manifest.playback->unknownMemberCount = 0;
-    fixture.writeManifestText(fixture.manifest.toJson().serialize().replace("\"format\"", "\"extra\": 1, \"format\""));
-    const BundleOpenResult result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.ok());
-    const std::vector<BundleReportCode> expected {BundleReportCode::unknownFieldsIgnored,
-        BundleReportCode::unknownEnumValueDefaulted, BundleReportCode::unknownEnumValueDefaulted,
-        BundleReportCode::brandingLogoAssetMissing, BundleReportCode::itemAssetSizeMismatch};
-    std::vector<BundleReportCode> codes;
-    for (const auto &report : result.bundle->reports())
-        codes.push_back(report.code);
-    EXPECT_EQ(codes, expected);
-    EXPECT_EQ(
-        result.bundle->reports()[0].message, "1 unrecognized manifest member(s) were ignored (forward compatibility).");
-    EXPECT_EQ(result.bundle->reports()[2].fieldPath, "branding.overlay.corner");
-    EXPECT_EQ(result.bundle->reports()[3].message,
-        "branding.logo_asset '../logo.png' is not a safe bundle-relative path; ignored.");
-}
-
 TEST(BundleReader, BrandingResolvesItsLogoAndOverlay)
 {
     BundleFixture fixture;
@@ -389,7 +423,7 @@ TEST(BundleReader, BrandingResolvesItsLogoAndOverlay)
     branding.overlay->opacity = 0.8;
     fixture.manifest.branding = branding;
     fixture.writeManifest();
-    BundleOpenResult result = BundleReader::open(fixture.root());
+    const BundleOpenResult result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.ok());
     ASSERT_TRUE(result.bundle->branding);
     const OpenedBundleBranding &opened = *result.bundle->branding;
@@ -400,14 +434,6 @@ TEST(BundleReader, BrandingResolvesItsLogoAndOverlay)
     EXPECT_EQ(opened.overlay.corner, OverlayCorner::topLeft);
     EXPECT_DOUBLE_EQ(opened.overlay.opacity, 0.8);
     EXPECT_TRUE(result.bundle->reports().empty());
-
-    QFile::remove(fixture.path("assets/branding/logo.png"));
-    result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.ok());
-    EXPECT_FALSE(result.bundle->branding->logoURL);
-    EXPECT_EQ(messages(result.bundle->reports()),
-        std::vector<QString> {
-            "branding.logo_asset 'assets/branding/logo.png' is absent; branding shows without a logo."});
 }
 
 // ---- The resolution ladder ----------------------------------------------------
@@ -446,69 +472,7 @@ TEST(BundleMediaItem, LadderPrefersTheAskedTierThenFallsBack)
     EXPECT_EQ(result.integrity, bundle.integrity);
 }
 
-TEST(BundleMediaItem, AnimatedRungIsSkippedWhenAnimationIsNotSupported)
-{
-    BundleFixture fixture;
-    fixture.addItem("a", {{"animated", 5}, {"tile", 3}});
-    fixture.addItem("only", {{"animated", 5}});
-    fixture.writeManifest();
-    BundleOpenOptions options;
-    options.supportsAnimation = false;
-    const BundleOpenResult result = BundleReader::open(fixture.root(), options);
-    ASSERT_TRUE(result.ok());
-    EXPECT_EQ(result.bundle->item("a")->resolvedAsset("full")->key, "tile");
-    // Its only playable copy cannot be shown, so the item is not kept.
-    EXPECT_EQ(result.bundle->item("only"), nullptr);
-}
-
-TEST(BundleReader, ItemsAreKeptOnlyWhenTheyHaveSomethingToShow)
-{
-    BundleFixture fixture;
-    fixture.manifest.includeOriginals = true;
-    fixture.addItem("stillWithVideoFile", {{"video", 5}});
-    fixture.addItem("originalOnly", {{"original", 5}});
-    fixture.addItem("videoWithoutPoster", {{"video", 5}}, "video");
-    fixture.addItem("videoPosterOnly", {{"full", 5}}, "video");
-    fixture.writeManifest();
-    const BundleOpenResult result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.ok());
-    std::vector<QString> kept;
-    for (const auto &item : result.bundle->items)
-        kept.push_back(item->id);
-    EXPECT_EQ(kept, (std::vector<QString> {"videoWithoutPoster", "videoPosterOnly"}));
-    EXPECT_EQ(result.integrity->missingItems.size(), 2u);
-}
-
 // ---- Play order ---------------------------------------------------------------
-
-TEST(OpenedBundlePlayOrder, TimestampGapFallsBackToManifestOrderWithOneReport)
-{
-    BundleFixture fixture;
-    const char *stamps[]
-        = {"2024-05-05T00:00:00Z", "2024-05-04T00:00:00Z", nullptr, "2024-05-02T00:00:00Z", "2024-05-01T00:00:00Z"};
-    for (int i = 0; i < 5; ++i) {
-        BundleItem &item = fixture.addItem(QString::number(i), {{"full", 3}});
-        if (stamps[i])
-            item.sourceModifiedUtc = QString::fromLatin1(stamps[i]);
-    }
-    fixture.manifest.playback = BundlePlaybackJSON {};
-    fixture.manifest.playback->sort = "modified";
-    fixture.writeManifest();
-    BundleOpenResult result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.ok());
-    // The engine, the walls and the image list all ask; the report is filed once.
-    EXPECT_EQ(result.bundle->playOrder(), (std::vector<qsizetype> {0, 1, 2, 3, 4}));
-    EXPECT_EQ(result.bundle->imageItems().size(), 5u);
-    ASSERT_EQ(result.bundle->reports().size(), 1u);
-    const BundleReport &report = result.bundle->reports()[0];
-    EXPECT_EQ(report.code, BundleReportCode::unknownEnumValueDefaulted);
-    EXPECT_EQ(report.fieldPath, "playback.sort");
-    EXPECT_EQ(report.unrecognizedValue, "modified");
-    EXPECT_EQ(report.defaultUsed, "sequential");
-    EXPECT_EQ(report.message,
-        "playback.sort needs a per-item timestamp that is missing on at least one item; "
-        "played in manifest order instead.");
-}
 
 TEST(OpenedBundlePlayOrder, ShuffleSkipsMissingItemsAndKeepsTheRestInShuffledOrder)
 {
