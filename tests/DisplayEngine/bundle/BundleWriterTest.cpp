@@ -289,7 +289,7 @@ TEST_F(BundleWriterTest, NothingToExportFailsAndLeavesNothing)
     EXPECT_TRUE(destinationEntries().isEmpty()) << qPrintable(destinationEntries().join(','));
 }
 
-TEST_F(BundleWriterTest, NamesAreUniquedOrReplaced)
+TEST_F(BundleWriterTest, NamesAreUniquedOrReplacedUntilTheyRunOut)
 {
     source("a.jpg", "IMG a");
     EXPECT_EQ(BundleWriter::write(request).bundlePath, destination.filePath("Trip"));
@@ -311,16 +311,14 @@ TEST_F(BundleWriterTest, NamesAreUniquedOrReplaced)
     EXPECT_EQ(spared.bundlePath, destination.filePath("Trip 3 2"));
     EXPECT_FALSE(spared.replacedExistingBundle);
     EXPECT_TRUE(QDir(destination.filePath("Trip 3")).isEmpty());
-}
 
-TEST_F(BundleWriterTest, RunsOutOfNames)
-{
-    source("a.jpg", "IMG a");
+    // Until the names run out, of bundles and of staging folders.
     request.bundleFolderName = "N";
     QDir dest(destination.path());
     dest.mkdir("N");
     for (int k = 2; k <= 999; ++k)
         dest.mkdir(QStringLiteral("N %1").arg(k));
+    request.replaceExisting = false;
     BundleWriteResult result = BundleWriter::write(request);
     EXPECT_EQ(result.errorCode, BundleWriteErrorCode::writeFailed);
     EXPECT_EQ(result.errorMessage, "Every folder name from 'N' to 'N 999' is already taken.");
