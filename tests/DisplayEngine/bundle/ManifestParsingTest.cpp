@@ -1,5 +1,7 @@
 #include "bundle/BundleJSON.h"
 #include "bundle/BundleManifest.h"
+#include "bundle/BundleManifestBuilder.h"
+#include "bundle/BundleManifestMapper.h"
 #include "bundle/ManifestFields.h"
 
 #include <gtest/gtest.h>
@@ -207,6 +209,14 @@ TEST(ManifestRoundTrip, EveryMemberIsReadAndWrittenBackInSchemaOrder)
     EXPECT_EQ(BundleManifest::fromJson(parseObject(pretty)), read);
     EXPECT_TRUE(pretty.startsWith("{\n  \"format\": \"sorvane.bundle\",\n  \"format_version\": 2,"));
     EXPECT_TRUE(pretty.endsWith("\n}\n"));
+
+    // Mapped to typed preferences and back by the writer's side, the sections come back whole.
+    std::vector<BundleReport> reports;
+    EXPECT_EQ(BundleManifestBuilder::playback(BundleManifestMapper::playback(read, reports)).toJson().serialize(),
+        read.playback->toJson().serialize());
+    EXPECT_EQ(BundleManifestBuilder::display(BundleManifestMapper::display(read, reports)).toJson().serialize(),
+        read.display->toJson().serialize());
+    EXPECT_TRUE(reports.empty());
 }
 
 TEST(ManifestRoundTrip, AbsentMembersAreNotWritten)
