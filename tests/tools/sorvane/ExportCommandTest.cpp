@@ -45,11 +45,9 @@ protected:
         QDir().mkpath(sources);
         const QFileInfoList samples = QDir(samplePhotos()).entryInfoList({"*.jpg"}, QDir::Files);
         for (int copy = 0; copy < 60; ++copy) {
-            QFile source(samples[copy % samples.size()].absoluteFilePath());
-            EXPECT_TRUE(source.open(QIODevice::ReadOnly));
-            QFile target(sources + QStringLiteral("/copy-%1.jpg").arg(copy));
-            EXPECT_TRUE(target.open(QIODevice::WriteOnly));
-            target.write(source.readAll() + QByteArray(1 + copy / samples.size(), 'x'));
+            EXPECT_TRUE(test::writeAll(sources + QStringLiteral("/copy-%1.jpg").arg(copy),
+                test::readAll(samples[copy % samples.size()].absoluteFilePath())
+                    + QByteArray(1 + copy / samples.size(), 'x')));
         }
         return sources;
     }
