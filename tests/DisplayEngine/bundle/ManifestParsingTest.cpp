@@ -258,6 +258,8 @@ TEST(BundleJSON, ScalarsAndLayout)
     const BundleJSON value = BundleJSON::object(
         {{QStringLiteral("a"), BundleJSON::array({BundleJSON(1), BundleJSON::object()})}, {QStringLiteral("b"), "c"}});
     EXPECT_EQ(value.serialize(true), QByteArray("{\n  \"a\": [\n    1,\n    {}\n  ],\n  \"b\": \"c\"\n}\n"));
+    EXPECT_EQ(*value.find(QStringLiteral("b"))->asString(), QStringLiteral("c"));
+    EXPECT_EQ(value.find(QStringLiteral("c")), nullptr);
 }
 
 TEST(BundleJSON, DoublesStayDoubles)

@@ -43,6 +43,7 @@ std::vector<Stored> everyKindOfValue()
         {"tiny", 5e-324},
         {"nan", std::numeric_limits<double>::quiet_NaN()},
         {"infinity", inf},
+        {"negative infinity", -inf},
         {"empty text", QString()},
         {"text that looks like a number", QStringLiteral("4")},
         {"object", QJsonObject {{"intervalSeconds", 5}, {"loop", true}}},

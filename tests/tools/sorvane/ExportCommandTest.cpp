@@ -71,6 +71,7 @@ TEST_F(ExportCommand, UsageErrorsExitTwoAndDryRunsWriteNothing)
 {
     const CommandCase cases[] = {
         {{"export"}, 2, "sorvane export: no source given"},
+        {{"export", out.filePath("nothing-here"), "--to", out.path()}, 2, "no such file or folder"},
         {{"export", photos(), "--to", out.path(), "--colour"}, 2, "Run 'sorvane export --help' for usage."},
         {{"export", "--help"}, 0, "130  the export was cancelled"},
         {{"--help"}, 0, "export    Make a bundle"},

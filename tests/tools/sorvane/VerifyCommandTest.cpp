@@ -141,6 +141,7 @@ TEST(VerifyCommand, UsageErrorsExitTwoAndHelpExitsZero)
         {{"verify"}, 2, "no bundle given"},
         {{"verify", "a", "b"}, 2, "one bundle at a time"},
         {{"verify", "--level", "deep", "x"}, 2, "unknown level 'deep'"},
+        {{"verify", "--colour", "x"}, 2, "Unknown option 'colour'"},
         {{"verify", "--help"}, 0, "Exit status:"},
     };
     expectCommandOutcomes(cases);
