@@ -80,24 +80,20 @@ public:
     BundleVideoInspection inspect(const QString &video) const override
     {
         const QByteArray content = readAll(video);
-        BundleVideoInspection inspection;
-        if (!content.startsWith("VID")) {
-            inspection.error = QStringLiteral("Invalid data found when processing input");
-            return inspection;
-        }
-        inspection.durationSeconds = 4.0;
-        inspection.width = 320;
-        inspection.height = 240;
-        inspection.container = "mp4";
-        inspection.videoCodec = "h264";
-        inspection.audioCodec = "aac";
-        inspection.hasAudio = true;
-        if (content.contains("NOPOSTER"))
-            return inspection;
-        inspection.posterOutcome
-            = content.contains("LATE") ? BundlePosterOutcome::fallback : BundlePosterOutcome::firstAttempt;
-        inspection.poster = BundleRasterImage {2, 1, QByteArray("poster")};
-        return inspection;
+        if (!content.startsWith("VID"))
+            return {.error = QStringLiteral("Invalid data found when processing input")};
+        const bool poster = !content.contains("NOPOSTER");
+        return {.poster = poster ? std::optional(BundleRasterImage {2, 1, QByteArray("poster")}) : std::nullopt,
+            .durationSeconds = 4.0,
+            .width = 320,
+            .height = 240,
+            .container = "mp4",
+            .videoCodec = "h264",
+            .audioCodec = "aac",
+            .hasAudio = true,
+            .posterOutcome = !poster       ? BundlePosterOutcome::unavailable
+                : content.contains("LATE") ? BundlePosterOutcome::fallback
+                                           : BundlePosterOutcome::firstAttempt};
     }
 };
 
