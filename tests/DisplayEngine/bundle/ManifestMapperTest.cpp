@@ -168,20 +168,4 @@ TEST(ManifestMapper, ReportsFollowFieldOrder)
         (BundlePerScreenPreference {1, DisplayMode::standard, CollageLayout::collage}));
 }
 
-TEST(ManifestMapper, MissingOrMistypedSectionsGiveTheDefaults)
-{
-    const Mapped defaults = mapAll({});
-    for (const char *json : {R"({"playback": {"flow": {}}, "display": {"preferred_per_screen": []}})",
-             R"({"playback": "standard", "display": 2, "branding": {"overlay": "top_left"}})"}) {
-        const Mapped r = mapAll(parse(json));
-        EXPECT_TRUE(r.reports.empty()) << json;
-        EXPECT_EQ(r.playback, defaults.playback) << json;
-        EXPECT_EQ(r.display, defaults.display) << json;
-        EXPECT_EQ(r.corner, OverlayCorner::bottomRight) << json;
-    }
-    // Numbers and flags stay absent rather than taking a value.
-    EXPECT_EQ(defaults.playback.intervalSeconds, std::nullopt);
-    EXPECT_EQ(defaults.display.preferredScreenCount, std::nullopt);
-}
-
 } // namespace

@@ -58,17 +58,14 @@ TEST(ManifestFields, TypedReadsTakeOnlyTheirOwnKind)
         // Fractions truncate toward zero, on both sides of zero.
         {"1919.7", 1919},
         {"-3.9", -3},
-        {"1.5e2", 150},
         // Beyond 2^53 a detour through double would lose the last digit.
         {"9007199254740993", 9007199254740993LL},
         {"9223372036854775807", int64Max},
         {"-9223372036854775808", int64Min},
         // Out of the 64-bit range, or not numbers.
         {"9223372036854775808", std::nullopt},
-        {"-1e300", std::nullopt},
         {"true", std::nullopt},
         {"\"5\"", std::nullopt},
-        {"null", std::nullopt},
         {"[1]", std::nullopt},
     };
     for (const auto &row : table)
