@@ -95,6 +95,32 @@ TEST(ProgressDisplay, TerminalRedrawsInPlaceAndLeavesOneSummaryLinePerPhase)
     EXPECT_FALSE(failed.all().contains(" in "));
 }
 
+TEST(ProgressDisplay, PlainOutputIsOneLinePerEventAtACalmPace)
+{
+    DisplayRig rig(false);
+    rig.display.update(progress(BundleWritePhase::scanning, 0, 0));
+    rig.advance(300ms);
+    rig.display.update(progress(BundleWritePhase::scanning, 40, 0));
+    rig.display.update(progress(BundleWritePhase::hashing, 0, 40, "a.jpg", 0, 4'000'000));
+    rig.display.note("engine: something");
+    for (int i = 1; i <= 30; ++i) {
+        rig.advance(100ms); // 3 s in all: one progress line, after 2 s
+        rig.display.update(progress(BundleWritePhase::hashing, i, 40, "f.jpg", i * 100'000, 4'000'000));
+    }
+    rig.advance(900ms); // still short of the next 2 s
+    rig.display.update(progress(BundleWritePhase::hashing, 40, 40, "z.jpg", 4'000'000, 4'000'000));
+    rig.display.finish(true);
+
+    const QStringList lines = rig.all().split('\n', Qt::SkipEmptyParts);
+    // At 2 s: 20 of 40 done, 2 MB of 4 MB at 1 MB/s, so 2 s to go.
+    EXPECT_EQ(str(lines),
+        str(QStringList {"Scanning...", "Scanning             40 in 0.3 s", "Hashing...", "engine: something",
+            "Hashing              20/40   50%  1.0 MB/s  0:02 left  f.jpg",
+            "Hashing              40/40  4.0 MB in 3.9 s"}));
+    EXPECT_FALSE(rig.all().contains('\r'));
+    EXPECT_FALSE(rig.all().contains('\033'));
+}
+
 TEST(ProgressDisplay, LiveLineFitsTheTerminalKeepingWhatMattersMost)
 {
     const BundleWriteProgress long_ = progress(BundleWritePhase::writingDerivatives, 120, 240,
