@@ -14,10 +14,7 @@ TEST(BundlePaths, SafeRelativePaths)
     } table[] = {
         // A ".." component climbs out, wherever it sits.
         {"../x.jpg", false},
-        {"..", false},
-        {"../", false},
         {"a/../b", false},
-        {"a/..", false},
         {"media//../x.jpg", false},
         // Absolute, or rooted on either separator.
         {"/etc/x", false},
@@ -25,30 +22,22 @@ TEST(BundlePaths, SafeRelativePaths)
         {"\\\\server\\share\\x.jpg", false},
         // A colon names a drive (C:x is relative to that drive's current folder) or a stream.
         {"C:x", false},
-        {"C:/x.jpg", false},
         {"media/x.jpg:stream", false},
         // Nothing to name.
         {"", false},
         {"   ", false},
-        {"\t\n", false},
         // The root checks apply after trimming.
         {"  /etc/x", false},
-        {" \\x", false},
-        {" ../x.jpg", false},
         {"../x.jpg ", false},
         // Ordinary paths; empty and "." components name nothing outside.
         {"media/x.jpg", true},
         {"media//x.jpg", true},
         {"./a", true},
         {"media/./x.jpg", true},
-        {"x.jpg", true},
-        {"assets/branding/logo.png", true},
         // Dots inside a name are not a parent reference.
         {"a/..b", true},
         {"..a/b", true},
-        {"a/b..", true},
         {"...", true},
-        {"media/x..jpg", true},
         {"media/été 日本.jpg", true},
     };
     for (const auto &row : table)

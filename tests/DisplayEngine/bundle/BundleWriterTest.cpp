@@ -80,24 +80,20 @@ public:
     BundleVideoInspection inspect(const QString &video) const override
     {
         const QByteArray content = readAll(video);
-        BundleVideoInspection inspection;
-        if (!content.startsWith("VID")) {
-            inspection.error = QStringLiteral("Invalid data found when processing input");
-            return inspection;
-        }
-        inspection.durationSeconds = 4.0;
-        inspection.width = 320;
-        inspection.height = 240;
-        inspection.container = "mp4";
-        inspection.videoCodec = "h264";
-        inspection.audioCodec = "aac";
-        inspection.hasAudio = true;
-        if (content.contains("NOPOSTER"))
-            return inspection;
-        inspection.posterOutcome
-            = content.contains("LATE") ? BundlePosterOutcome::fallback : BundlePosterOutcome::firstAttempt;
-        inspection.poster = BundleRasterImage {2, 1, QByteArray("poster")};
-        return inspection;
+        if (!content.startsWith("VID"))
+            return {.error = QStringLiteral("Invalid data found when processing input")};
+        const bool poster = !content.contains("NOPOSTER");
+        return {.poster = poster ? std::optional(BundleRasterImage {2, 1, QByteArray("poster")}) : std::nullopt,
+            .durationSeconds = 4.0,
+            .width = 320,
+            .height = 240,
+            .container = "mp4",
+            .videoCodec = "h264",
+            .audioCodec = "aac",
+            .hasAudio = true,
+            .posterOutcome = !poster       ? BundlePosterOutcome::unavailable
+                : content.contains("LATE") ? BundlePosterOutcome::fallback
+                                           : BundlePosterOutcome::firstAttempt};
     }
 };
 
@@ -123,9 +119,7 @@ protected:
     {
         const QString path = sources.filePath(relative);
         QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        EXPECT_TRUE(test::writeAll(path, content));
         return path;
     }
 
@@ -158,6 +152,7 @@ TEST_F(BundleWriterTest, WritesABundleThatOpensAtEveryLevel)
     source("clip.mp4", "VID clip");
     source("notes.txt", "not media");
     source(".hidden.jpg", "IMG hidden");
+    request.title = QStringLiteral("Été!");
 
     const BundleWriteResult result = BundleWriter::write(request);
     ASSERT_TRUE(result.ok()) << qPrintable(result.errorMessage.value_or(""));
@@ -177,7 +172,15 @@ TEST_F(BundleWriterTest, WritesABundleThatOpensAtEveryLevel)
     ASSERT_TRUE(opened.ok());
     EXPECT_TRUE(opened.bundle->reports().empty());
     const BundleManifest &m = opened.bundle->manifest;
-    EXPECT_EQ(m.title, "Trip");
+    EXPECT_EQ(readAll(*result.bundlePath + "/README.txt"),
+        QStringLiteral("Été!\n====\n\nThis folder is a Sorvane slideshow bundle.\n\n"
+                       "Photos and videos: 3\nCreated: %1\n\n"
+                       "To play it: open this folder in Vindra or Sorvane.\n\n"
+                       "You can copy this whole folder anywhere \u2014 a USB stick, another computer,\n"
+                       "or a cloud drive. Keep the folder together; the files inside refer to each "
+                       "other.\n")
+            .arg(*m.createdUtc)
+            .toUtf8());
     EXPECT_EQ(m.createdBy->app, "sorvane");
     EXPECT_EQ(m.flavor, "media-only");
     EXPECT_EQ(m.counts->items, 3);
@@ -198,29 +201,6 @@ TEST_F(BundleWriterTest, WritesABundleThatOpensAtEveryLevel)
     EXPECT_EQ(clip.asset("video")->sha256, Sha256::ofBytes("VID clip"));
     EXPECT_NE(clip.asset("full"), nullptr); // its poster
     EXPECT_EQ((*m.items)[2].asset("full")->path, "media/full/" + shortId("IMG ALPHA photo b") + ".png");
-}
-
-TEST_F(BundleWriterTest, ReadmeFollowsTheFlavorAndTitle)
-{
-    source("a.jpg", "IMG a");
-    request.title = QStringLiteral("Été!");
-    const BundleWriteResult result = BundleWriter::write(request);
-    ASSERT_TRUE(result.ok());
-    const QString readme = QString::fromUtf8(readAll(*result.bundlePath + "/README.txt"));
-    const QString created = *BundleReader::open(*result.bundlePath).bundle->manifest.createdUtc;
-    EXPECT_EQ(readme,
-        QStringLiteral("Été!\n====\n\nThis folder is a Sorvane slideshow bundle.\n\n"
-                       "Photos and videos: 1\nCreated: %1\n\n"
-                       "To play it: open this folder in Vindra or Sorvane.\n\n"
-                       "You can copy this whole folder anywhere \u2014 a USB stick, another computer,\n"
-                       "or a cloud drive. Keep the folder together; the files inside refer to each "
-                       "other.\n")
-            .arg(created));
-
-    request.writeReadme = false;
-    const BundleWriteResult without = BundleWriter::write(request);
-    ASSERT_TRUE(without.ok());
-    EXPECT_FALSE(QFile::exists(*without.bundlePath + "/README.txt"));
 }
 
 TEST_F(BundleWriterTest, SameSourcesGiveTheSameBundleWhateverTheJobs)
@@ -245,7 +225,7 @@ TEST_F(BundleWriterTest, SameSourcesGiveTheSameBundleWhateverTheJobs)
     EXPECT_EQ(one.second, four.second);
 }
 
-TEST_F(BundleWriterTest, PlayerChecksComeBeforeAnythingIsWritten)
+TEST_F(BundleWriterTest, WithPlayerChecksComeFirstThenThePayloadIsCopiedAndNamed)
 {
     source("a.jpg", "IMG a");
     request.destinationDirectory = destination.filePath("not-yet");
@@ -265,27 +245,18 @@ TEST_F(BundleWriterTest, PlayerChecksComeBeforeAnythingIsWritten)
     EXPECT_EQ(
         result.errorMessage, "A with-player export needs a player payload directory. (M4 produces the real one.)");
     EXPECT_FALSE(QFileInfo::exists(request.destinationDirectory));
-}
 
-TEST_F(BundleWriterTest, WithPlayerCopiesThePayloadAndNamesIt)
-{
-    source("a.jpg", "IMG a");
+    // With a payload the player is copied in and named in the manifest.
+    request.destinationDirectory = destination.path();
     QTemporaryDir payload;
     QDir(payload.path()).mkpath("lib");
-    QFile entry(payload.filePath("Slidora"));
-    ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
-    entry.write("#!/bin/sh\n");
-    entry.close();
-    QFile lib(payload.filePath("lib/libx.so"));
-    ASSERT_TRUE(lib.open(QIODevice::WriteOnly));
-    lib.write(QByteArray(1000, 'x'));
-    lib.close();
-    request.flavor = BundleFlavor::withPlayer;
+    ASSERT_TRUE(test::writeAll(payload.filePath("Slidora"), "#!/bin/sh\n"));
+    ASSERT_TRUE(test::writeAll(payload.filePath("lib/libx.so"), QByteArray(1000, 'x')));
     request.playerPayloadDirectory = payload.path();
     request.playerPlatform = "linux-x86_64";
     request.playerEntryFileName = "Slidora";
     request.playerVersion = "0.1.0";
-    const BundleWriteResult result = BundleWriter::write(request);
+    result = BundleWriter::write(request);
     ASSERT_TRUE(result.ok()) << qPrintable(result.errorMessage.value_or(""));
     EXPECT_EQ(result.playerBytesWritten, 1010);
     EXPECT_EQ(readAll(*result.bundlePath + "/player/lib/libx.so").size(), 1000);
@@ -314,11 +285,13 @@ TEST_F(BundleWriterTest, NothingToExportFailsAndLeavesNothing)
     EXPECT_TRUE(destinationEntries().isEmpty()) << qPrintable(destinationEntries().join(','));
 }
 
-TEST_F(BundleWriterTest, NamesAreUniquedOrReplaced)
+TEST_F(BundleWriterTest, NamesAreUniquedOrReplacedUntilTheyRunOut)
 {
     source("a.jpg", "IMG a");
     EXPECT_EQ(BundleWriter::write(request).bundlePath, destination.filePath("Trip"));
+    request.writeReadme = false;
     EXPECT_EQ(BundleWriter::write(request).bundlePath, destination.filePath("Trip 2"));
+    EXPECT_FALSE(QFile::exists(destination.filePath("Trip 2/README.txt")));
     QDir(destination.path()).mkdir("Trip 3");
 
     source("b.jpg", "IMG b");
@@ -334,16 +307,14 @@ TEST_F(BundleWriterTest, NamesAreUniquedOrReplaced)
     EXPECT_EQ(spared.bundlePath, destination.filePath("Trip 3 2"));
     EXPECT_FALSE(spared.replacedExistingBundle);
     EXPECT_TRUE(QDir(destination.filePath("Trip 3")).isEmpty());
-}
 
-TEST_F(BundleWriterTest, RunsOutOfNames)
-{
-    source("a.jpg", "IMG a");
+    // Until the names run out, of bundles and of staging folders.
     request.bundleFolderName = "N";
     QDir dest(destination.path());
     dest.mkdir("N");
     for (int k = 2; k <= 999; ++k)
         dest.mkdir(QStringLiteral("N %1").arg(k));
+    request.replaceExisting = false;
     BundleWriteResult result = BundleWriter::write(request);
     EXPECT_EQ(result.errorCode, BundleWriteErrorCode::writeFailed);
     EXPECT_EQ(result.errorMessage, "Every folder name from 'N' to 'N 999' is already taken.");
@@ -397,24 +368,31 @@ TEST_F(BundleWriterTest, AnimationsUpToTheCapStayAnimated)
     EXPECT_EQ((*m.items)[2].asset("animated"), nullptr);
 }
 
-TEST_F(BundleWriterTest, VideosWithoutAGoodPosterAreReported)
+TEST_F(BundleWriterTest, UnreadableSourcesAndVideosWithoutAGoodPosterAreReported)
 {
     source("late.mp4", "VID LATE");
     source("none.mov", "VID NOPOSTER");
     source("text.mp4", "not a video");
     source("a.jpg", "IMG a");
+    request.sourceFiles = {sources.filePath("missing.jpg")};
     BundleWriteResult result = BundleWriter::write(request);
     ASSERT_TRUE(result.ok());
     EXPECT_EQ(result.videoPosterFallbackCount, 1);
     EXPECT_EQ(result.videoPosterUnavailableCount, 2);
+    ASSERT_EQ(result.reports.size(), 4u);
+    EXPECT_EQ(result.reports[0].code, BundleWriteReportCode::sourceUndecodable);
+    EXPECT_TRUE(result.reports[0].message.startsWith("missing.jpg could not be read: "))
+        << qPrintable(result.reports[0].message);
     std::vector<QString> messages;
-    for (const auto &report : result.reports)
-        messages.push_back(report.message);
+    for (size_t i = 1; i < result.reports.size(); ++i)
+        messages.push_back(result.reports[i].message);
     EXPECT_EQ(messages,
         (std::vector<QString> {"late.mp4: poster came from the fallback timestamp.",
             "none.mov could not produce a poster frame and was left out.",
             "text.mp4 could not produce a poster frame and was left out."}));
     EXPECT_EQ(result.itemsWritten, 2);
+
+    request.sourceFiles.clear();
 
     request.includeVideos = false;
     result = BundleWriter::write(request);
@@ -503,55 +481,38 @@ TEST_F(BundleWriterTest, ScanningSkipsBundlesAndHiddenFoldersAndSurvivesLinkLoop
     EXPECT_EQ(BundleWriter::scan(request).sources.size(), 1u);
 }
 
-TEST_F(BundleWriterTest, UnreadableSourceIsReportedAndTheRestExported)
+TEST_F(BundleWriterTest, DestinationsThatFailAreReportedWithTheSystemsReason)
 {
     source("a.jpg", "IMG a");
-    request.sourceFiles = {sources.filePath("missing.jpg")};
-    const BundleWriteResult result = BundleWriter::write(request);
-    ASSERT_TRUE(result.ok());
-    ASSERT_EQ(result.reports.size(), 1u);
-    EXPECT_EQ(result.reports[0].code, BundleWriteReportCode::sourceUndecodable);
-    EXPECT_TRUE(result.reports[0].message.startsWith("missing.jpg could not be read: "))
-        << qPrintable(result.reports[0].message);
-    EXPECT_EQ(result.itemsWritten, 1);
-}
-
-TEST_F(BundleWriterTest, AFullDiskFailsTheWriteWithTheSystemsMessage)
-{
-    const QString mountPoint = destination.filePath("small");
-    QDir().mkpath(mountPoint);
-    if (mount("tmpfs", QFile::encodeName(mountPoint).constData(), "tmpfs", 0, "size=64k") != 0)
-        GTEST_SKIP() << "cannot mount a small file system here";
-    for (int i = 0; i < 20; ++i)
-        source(QStringLiteral("%1.jpg").arg(i), "IMG " + QByteArray(20000, char('a' + i)));
-    request.destinationDirectory = mountPoint;
-    const BundleWriteResult result = BundleWriter::write(request);
-    EXPECT_EQ(result.errorCode, BundleWriteErrorCode::writeFailed);
-    EXPECT_EQ(result.errorMessage, "No space left on device");
-    EXPECT_TRUE(QDir(mountPoint).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
-    umount(QFile::encodeName(mountPoint).constData());
-}
-
-TEST_F(BundleWriterTest, UnwritableDestinationsAreReportedWithTheSystemsReason)
-{
-    source("a.jpg", "IMG a");
-    QFile blocker(destination.filePath("file"));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    ASSERT_TRUE(test::writeAll(destination.filePath("file"), ""));
     request.destinationDirectory = destination.filePath("file/inside");
     BundleWriteResult result = BundleWriter::write(request);
     EXPECT_EQ(result.errorCode, BundleWriteErrorCode::destinationUnwritable);
     EXPECT_EQ(result.errorMessage, "Could not prepare the destination: Not a directory");
 
-    const QString mountPoint = destination.filePath("stick");
-    QDir().mkpath(mountPoint);
-    if (mount("tmpfs", QFile::encodeName(mountPoint).constData(), "tmpfs", MS_RDONLY, "size=64k") != 0)
-        GTEST_SKIP() << "cannot mount a small file system here";
-    request.destinationDirectory = mountPoint;
-    result = BundleWriter::write(request);
-    umount(QFile::encodeName(mountPoint).constData());
-    EXPECT_EQ(result.errorCode, BundleWriteErrorCode::destinationUnwritable);
-    EXPECT_EQ(result.errorMessage, "Could not prepare the destination: Read-only file system");
+    // A read-only stick, and a full one.
+    const struct {
+        unsigned long flags;
+        BundleWriteErrorCode code;
+        const char *message;
+    } table[] = {{MS_RDONLY, BundleWriteErrorCode::destinationUnwritable,
+                     "Could not prepare the destination: Read-only file system"},
+        {0, BundleWriteErrorCode::writeFailed, "No space left on device"}};
+    for (int i = 0; i < 20; ++i)
+        source(QStringLiteral("%1.jpg").arg(i), "IMG " + QByteArray(20000, char('a' + i)));
+    for (const auto &row : table) {
+        const QString mountPoint = destination.filePath(QStringLiteral("stick%1").arg(row.flags));
+        QDir().mkpath(mountPoint);
+        if (mount("tmpfs", QFile::encodeName(mountPoint).constData(), "tmpfs", row.flags, "size=64k") != 0)
+            GTEST_SKIP() << "cannot mount a small file system here";
+        request.destinationDirectory = mountPoint;
+        result = BundleWriter::write(request);
+        const QStringList left = QDir(mountPoint).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        umount(QFile::encodeName(mountPoint).constData());
+        EXPECT_EQ(result.errorCode, row.code);
+        EXPECT_EQ(result.errorMessage, row.message);
+        EXPECT_TRUE(left.isEmpty()) << qPrintable(left.join(','));
+    }
 }
 
 TEST(BundleShortIds, CollidingPrefixesAreExtendedTogether)

@@ -1,5 +1,7 @@
 #include "bundle/BundleJSON.h"
 #include "bundle/BundleManifest.h"
+#include "bundle/BundleManifestBuilder.h"
+#include "bundle/BundleManifestMapper.h"
 #include "bundle/ManifestFields.h"
 
 #include <gtest/gtest.h>
@@ -46,156 +48,55 @@ BundleManifest parseManifest(const char *text)
 // ---------------------------------------------------------------------------
 // Tolerant typed reads.
 
-TEST(ManifestFields, IntegerReads)
+TEST(ManifestFields, TypedReadsTakeOnlyTheirOwnKind)
 {
     const struct {
         const char *json;
         std::optional<qint64> expected;
     } table[] = {
         {"42", 42},
-        {"-7", -7},
-        {"0", 0},
         // Fractions truncate toward zero, on both sides of zero.
         {"1919.7", 1919},
         {"-3.9", -3},
-        {"0.9999", 0},
-        {"-0.5", 0},
-        {"1.5e2", 150},
-        {"1e18", 1000000000000000000LL},
         // Beyond 2^53 a detour through double would lose the last digit.
         {"9007199254740993", 9007199254740993LL},
         {"9223372036854775807", int64Max},
         {"-9223372036854775808", int64Min},
-        // Out of the 64-bit range.
+        // Out of the 64-bit range, or not numbers.
         {"9223372036854775808", std::nullopt},
-        {"1e300", std::nullopt},
-        {"-1e300", std::nullopt},
-        // Not numbers.
         {"true", std::nullopt},
-        {"false", std::nullopt},
         {"\"5\"", std::nullopt},
-        {"null", std::nullopt},
         {"[1]", std::nullopt},
-        {"{}", std::nullopt},
     };
     for (const auto &row : table)
         EXPECT_EQ(ManifestFields::integer(parseValue(row.json)), row.expected) << row.json;
-    EXPECT_EQ(ManifestFields::integer(QJsonObject().value(QLatin1StringView("missing"))), std::nullopt);
     // The other kinds are read only when the JSON type matches; an empty string is still a string.
     EXPECT_EQ(ManifestFields::number(parseValue("1e300")), 1e300);
     EXPECT_EQ(ManifestFields::number(parseValue("\"1.5\"")), std::nullopt);
     EXPECT_EQ(ManifestFields::boolean(parseValue("1")), std::nullopt);
     EXPECT_EQ(ManifestFields::string(parseValue("\"\"")), QString());
     EXPECT_EQ(ManifestFields::string(parseValue("[\"a\"]")), std::nullopt);
-}
 
-// ---------------------------------------------------------------------------
-// The same rules as seen through the manifest's own members.
-
-TEST(ManifestParsing, MistypedMembersReadAsAbsent)
-{
-    const BundleManifest m = parseManifest(R"({
-        "format": "sorvane.bundle",
-        "format_version": "2",
-        "min_reader_version": true,
-        "title": 12,
-        "bundle_id": null,
-        "include_originals": 1,
-        "created_by": "someone",
-        "counts": [],
-        "playback": {"loop": 1, "interval_seconds": true, "auto_advance": false, "mode": 3,
-                     "transition_seconds": "0.5", "flow": "wide"},
-        "branding": {"overlay": 3, "holding": "yes", "display_name": "Studio"},
-        "items": []
-    })");
-    EXPECT_EQ(m.format, QStringLiteral("sorvane.bundle"));
+    // Through the manifest's members: a mistyped member reads as absent and is not unknown.
+    const BundleManifest m = parseManifest(R"({"format_version": "2", "min_reader_version": 1.9, "title": 12,
+        "counts": [], "playback": {"loop": 1, "auto_advance": false},
+        "players": [7], "derivatives": {"tiers": ["tile"]}, "display": {"preferred_per_screen": [null]},
+        "items": [1, {"id": "a", "assets": {"tile": "media/a.jpg", "full": {"w": -3.9}}}]})");
     EXPECT_EQ(m.formatVersion, std::nullopt);
-    EXPECT_EQ(m.minReaderVersion, std::nullopt);
-    EXPECT_EQ(m.title, std::nullopt);
-    EXPECT_EQ(m.bundleId, std::nullopt);
-    EXPECT_EQ(m.includeOriginals, std::nullopt);
-    EXPECT_EQ(m.createdBy, std::nullopt);
-    EXPECT_EQ(m.counts, std::nullopt);
-    ASSERT_TRUE(m.playback.has_value());
-    EXPECT_EQ(m.playback->loop, std::nullopt);
-    EXPECT_EQ(m.playback->intervalSeconds, std::nullopt);
-    EXPECT_EQ(m.playback->autoAdvance, false);
-    EXPECT_EQ(m.playback->mode, std::nullopt);
-    EXPECT_EQ(m.playback->transitionSeconds, std::nullopt);
-    EXPECT_EQ(m.playback->flow, std::nullopt);
-    ASSERT_TRUE(m.branding.has_value());
-    EXPECT_EQ(m.branding->overlay, std::nullopt);
-    EXPECT_EQ(m.branding->holding, std::nullopt);
-    EXPECT_EQ(m.branding->displayName, QStringLiteral("Studio"));
-    // Known keys of the wrong type are not unknown members.
-    EXPECT_EQ(m.totalUnknownMemberCount(), 0);
-}
-
-TEST(ManifestParsing, WholeNumberMembers)
-{
-    const BundleManifest m = parseManifest(R"({
-        "format_version": 2,
-        "min_reader_version": 1.9,
-        "playback": {"shuffle_seed": 9223372036854775807},
-        "counts": {"asset_bytes": 9223372036854775808, "original_bytes": 1e300, "items": -3.9},
-        "items": [{"id": "a", "source_bytes": -9223372036854775808,
-                   "assets": {"full": {"w": 1919.7, "h": -3.9, "bytes": 1e300, "duration_seconds": 2}}}]
-    })");
-    EXPECT_EQ(m.formatVersion, 2);
     EXPECT_EQ(m.minReaderVersion, 1);
-    ASSERT_TRUE(m.playback);
-    EXPECT_EQ(m.playback->shuffleSeed, int64Max);
-    ASSERT_TRUE(m.counts);
-    EXPECT_EQ(m.counts->assetBytes, std::nullopt);
-    EXPECT_EQ(m.counts->originalBytes, std::nullopt);
-    EXPECT_EQ(m.counts->items, -3);
-    ASSERT_TRUE(m.items);
-    ASSERT_EQ(m.items->size(), 1u);
-    const BundleItem &item = m.items->front();
-    EXPECT_EQ(item.sourceBytes, int64Min);
-    const BundleAsset *full = item.asset(QStringLiteral("full"));
-    ASSERT_NE(full, nullptr);
-    EXPECT_EQ(full->w, 1919);
-    EXPECT_EQ(full->h, -3);
-    EXPECT_EQ(full->bytes, std::nullopt);
-    EXPECT_EQ(full->durationSeconds, 2.0);
-}
-
-TEST(ManifestParsing, ItemsKeyPresence)
-{
-    const struct {
-        const char *json;
-        bool keyPresent;
-        std::optional<size_t> itemCount;
-    } table[] = {
-        {R"({"format": "sorvane.bundle"})", false, std::nullopt},
-        {R"({"items": {"id": "a"}})", true, std::nullopt},
-        {R"({"items": "a"})", true, std::nullopt},
-        {R"({"items": null})", true, std::nullopt},
-        {R"({"items": []})", true, 0},
-        {R"({"items": [{"id": "a"}, {"id": "b"}]})", true, 2},
-    };
-    for (const auto &row : table) {
-        const BundleManifest m = parseManifest(row.json);
-        EXPECT_EQ(m.itemsKeyPresent, row.keyPresent) << row.json;
-        ASSERT_EQ(m.items.has_value(), row.itemCount.has_value()) << row.json;
-        if (m.items)
-            EXPECT_EQ(m.items->size(), *row.itemCount) << row.json;
-        EXPECT_EQ(m.totalUnknownMemberCount(), 0) << row.json;
-    }
-}
-
-TEST(ManifestParsing, NonObjectItemEntriesReadAsItemsWithoutId)
-{
-    const BundleManifest m = parseManifest(R"({"items": [1, "a", null, [], {"id": "x", "media_type": "image"}]})");
-    ASSERT_TRUE(m.items);
-    ASSERT_EQ(m.items->size(), 5u);
-    for (size_t i = 0; i < 4; ++i) {
-        EXPECT_EQ((*m.items)[i].id, std::nullopt) << i;
-        EXPECT_EQ((*m.items)[i], BundleItem {}) << i;
-    }
-    EXPECT_EQ((*m.items)[4].id, QStringLiteral("x"));
-    EXPECT_EQ((*m.items)[4].mediaType, QStringLiteral("image"));
+    EXPECT_EQ(m.title, std::nullopt);
+    EXPECT_EQ(m.counts, std::nullopt);
+    EXPECT_EQ(m.playback->loop, std::nullopt);
+    EXPECT_EQ(m.playback->autoAdvance, false);
+    EXPECT_EQ(m.totalUnknownMemberCount(), 0);
+    // Entries of arrays that are not objects read as empty records.
+    EXPECT_EQ(m.players, std::vector<BundlePlayerEntry>(1));
+    EXPECT_EQ(m.derivatives->tiers, std::vector<BundleTier>(1));
+    EXPECT_EQ(m.display->preferredPerScreen, std::vector<BundlePerScreenJSON>(1));
+    ASSERT_EQ(m.items->size(), 2u);
+    EXPECT_EQ((*m.items)[0], BundleItem {});
+    EXPECT_EQ(*(*m.items)[1].asset(QStringLiteral("tile")), BundleAsset {});
+    EXPECT_EQ((*m.items)[1].asset(QStringLiteral("full"))->w, -3);
 }
 
 // A list long enough to be taken out of the document entry by entry reads the
@@ -217,36 +118,6 @@ TEST(ManifestParsing, HugeItemListsReadInOrder)
     EXPECT_EQ(shared["items"].toArray().at(59999).toObject()["id"], "59999");
 }
 
-TEST(ManifestParsing, NonObjectEntriesOfOtherArraysReadAsEmpty)
-{
-    const BundleManifest m = parseManifest(R"({
-        "players": [7, {"platform": "linux"}],
-        "derivatives": {"tiers": ["tile", {"name": "full", "target_long_edge": 2160}]},
-        "display": {"preferred_per_screen": [null, {"screen_ordinal": 2}]},
-        "items": [{"id": "a", "assets": {"tile": "media/a.jpg", "full": {"path": "media/full/a.jpg"}}}]
-    })");
-    ASSERT_TRUE(m.players);
-    ASSERT_EQ(m.players->size(), 2u);
-    EXPECT_EQ((*m.players)[0], BundlePlayerEntry {});
-    EXPECT_EQ((*m.players)[1].platform, QStringLiteral("linux"));
-    ASSERT_TRUE(m.derivatives && m.derivatives->tiers);
-    ASSERT_EQ(m.derivatives->tiers->size(), 2u);
-    EXPECT_EQ((*m.derivatives->tiers)[0], BundleTier {});
-    EXPECT_EQ((*m.derivatives->tiers)[1].targetLongEdge, 2160);
-    ASSERT_TRUE(m.display && m.display->preferredPerScreen);
-    ASSERT_EQ(m.display->preferredPerScreen->size(), 2u);
-    EXPECT_EQ((*m.display->preferredPerScreen)[0], BundlePerScreenJSON {});
-    EXPECT_EQ((*m.display->preferredPerScreen)[1].screenOrdinal, 2);
-    ASSERT_TRUE(m.items);
-    const BundleItem &item = m.items->front();
-    const BundleAsset *tile = item.asset(QStringLiteral("tile"));
-    ASSERT_NE(tile, nullptr);
-    EXPECT_EQ(*tile, BundleAsset {});
-    ASSERT_NE(item.asset(QStringLiteral("full")), nullptr);
-    EXPECT_EQ(item.asset(QStringLiteral("full"))->path, QStringLiteral("media/full/a.jpg"));
-    EXPECT_EQ(item.asset(QStringLiteral("video")), nullptr);
-}
-
 // ---------------------------------------------------------------------------
 // Unknown members.
 
@@ -256,14 +127,9 @@ TEST(ManifestParsing, UnknownMemberTotals)
         const char *json;
         int total;
     } table[] = {
-        {R"({})", 0},
         // Counted objects.
         {R"({"created_by": {"app": "x", "os": "y"}})", 1},
-        {R"({"counts": {"items": 1, "videos": 0}})", 1},
-        {R"({"derivatives": {"tiers": [], "dpi": 72}})", 1},
         {R"({"playback": {"speed": 2}})", 1},
-        {R"({"display": {"hdr": true, "preferred_screen_count": 2}})", 1},
-        {R"({"branding": {"tagline": "t"}})", 1},
         {R"({"branding": {"overlay": {"corner": "top_left", "blend": "add", "shadow": 1}}})", 2},
         {R"({"items": [{"id": "a", "x": 1}, {"id": "b"}, {"id": "c", "y": 1, "z": 2}]})", 3},
         // A member counts even when its value is null; keys are case-sensitive.
@@ -271,9 +137,6 @@ TEST(ManifestParsing, UnknownMemberTotals)
         // Uncounted objects add nothing, however many unknown members they hold.
         {R"({"playback": {"flow": {"a": 1, "b": 2}}})", 0},
         {R"({"items": [{"id": "a", "assets": {"full": {"a": 1, "b": 2}, "extra_tier": {}}}]})", 0},
-        {R"({"derivatives": {"tiers": [{"name": "tile", "a": 1}, {"b": 2}]}})", 0},
-        {R"({"players": [{"platform": "p", "a": 1}, {"b": 2}]})", 0},
-        {R"({"display": {"preferred_per_screen": [{"screen_ordinal": 1, "a": 1}, {"b": 2}]}})", 0},
         // A counted key holding a non-object is not parsed as one, so nothing inside it counts.
         {R"({"playback": [{"a": 1}], "items": {"a": 1}, "branding": {"overlay": [{"a": 1}]}})", 0},
         // Everything together: 2 top + 1 created_by + 1 counts + 1 derivatives + 1 playback
@@ -297,7 +160,7 @@ TEST(ManifestParsing, UnknownMemberTotals)
 // it: whole doubles, integers past 2^53, the 64-bit extremes and awkward text.
 const char complete[]
     = R"({"format":"sorvane.bundle","format_version":2,"min_reader_version":1,)"
-      R"("bundle_id":"b-7f3a","title":"Été \"à la plage\" \\ 日本 😀\n\ttab\u0001\u001f end/",)"
+      R"("bundle_id":"b-7f3a","title":"Été \"à la plage\" \\ 日本 😀\n\ttab\b\f\r\u0000\u0001\u001f end/",)"
       R"("created_utc":"2024-05-01T12:00:00Z",)"
       R"("created_by":{"app":"Sorvane","app_version":"1.2.3","platform":"linux","writer_version":1},)"
       R"("flavor":"with-player","include_originals":true,)"
@@ -343,6 +206,14 @@ TEST(ManifestRoundTrip, EveryMemberIsReadAndWrittenBackInSchemaOrder)
     EXPECT_EQ(BundleManifest::fromJson(parseObject(pretty)), read);
     EXPECT_TRUE(pretty.startsWith("{\n  \"format\": \"sorvane.bundle\",\n  \"format_version\": 2,"));
     EXPECT_TRUE(pretty.endsWith("\n}\n"));
+
+    // Mapped to typed preferences and back by the writer's side, the sections come back whole.
+    std::vector<BundleReport> reports;
+    EXPECT_EQ(BundleManifestBuilder::playback(BundleManifestMapper::playback(read, reports)).toJson().serialize(),
+        read.playback->toJson().serialize());
+    EXPECT_EQ(BundleManifestBuilder::display(BundleManifestMapper::display(read, reports)).toJson().serialize(),
+        read.display->toJson().serialize());
+    EXPECT_TRUE(reports.empty());
 }
 
 TEST(ManifestRoundTrip, AbsentMembersAreNotWritten)
@@ -363,29 +234,14 @@ TEST(ManifestRoundTrip, AbsentMembersAreNotWritten)
 // ---------------------------------------------------------------------------
 // The ordered JSON value itself.
 
-TEST(BundleJSON, ObjectsKeepInsertionOrder)
-{
-    BundleJSON object = BundleJSON::object({{QStringLiteral("z"), 1}, {QStringLiteral("a"), true}});
-    object.insert(QStringLiteral("m"), BundleJSON::array({BundleJSON("x"), BundleJSON(2.5)}));
-    object.insert(QStringLiteral("b"), std::optional<qint64> {});
-    object.insert(QStringLiteral("c"), std::optional<QString> {QStringLiteral("kept")});
-    EXPECT_EQ(object.serialize(false), QByteArray(R"({"z":1,"a":true,"m":["x",2.5],"c":"kept"})"));
-    ASSERT_NE(object.find(QStringLiteral("c")), nullptr);
-    EXPECT_EQ(*object.find(QStringLiteral("c"))->asString(), QStringLiteral("kept"));
-    EXPECT_EQ(object.find(QStringLiteral("b")), nullptr);
-}
-
-TEST(BundleJSON, ScalarAndEmptyTexts)
+TEST(BundleJSON, ScalarsAndLayout)
 {
     const struct {
         BundleJSON value;
         const char *compact;
     } table[] = {
-        {BundleJSON(42), "42"},
         {BundleJSON(qint64(-7)), "-7"},
-        {BundleJSON(int64Max), "9223372036854775807"},
         {BundleJSON(int64Min), "-9223372036854775808"},
-        {BundleJSON(true), "true"},
         {BundleJSON(false), "false"},
         {BundleJSON(""), "\"\""},
         {BundleJSON::object(), "{}"},
@@ -396,18 +252,16 @@ TEST(BundleJSON, ScalarAndEmptyTexts)
         // Pretty output differs only by the closing newline for these.
         EXPECT_EQ(row.value.serialize(true), QByteArray(row.compact) + '\n');
     }
-}
-
-TEST(BundleJSON, PrettyLayout)
-{
     const BundleJSON value = BundleJSON::object(
         {{QStringLiteral("a"), BundleJSON::array({BundleJSON(1), BundleJSON::object()})}, {QStringLiteral("b"), "c"}});
     EXPECT_EQ(value.serialize(true), QByteArray("{\n  \"a\": [\n    1,\n    {}\n  ],\n  \"b\": \"c\"\n}\n"));
+    EXPECT_EQ(*value.find(QStringLiteral("b"))->asString(), QStringLiteral("c"));
+    EXPECT_EQ(value.find(QStringLiteral("c")), nullptr);
 }
 
 TEST(BundleJSON, DoublesStayDoubles)
 {
-    const double table[] = {2.0, 0.0, -0.5, 0.1, 0.6, 12.5, 1e300, 1e-300, -1e21, 4503599627370497.0, 5e-324};
+    const double table[] = {2.0, -0.5, 0.1, 1e300, 1e-300, -1e21, 4503599627370497.0, 5e-324};
     for (const double number : table) {
         const QByteArray text = BundleJSON(number).serialize(false);
         // Written with a fraction or an exponent so no reader takes it for an integer.
@@ -417,40 +271,6 @@ TEST(BundleJSON, DoublesStayDoubles)
         EXPECT_EQ(read.toDouble(), number) << text.constData();
     }
     EXPECT_EQ(BundleJSON(2.0).serialize(false), QByteArray("2.0"));
-}
-
-TEST(BundleJSON, StringsAreEscapedAndRoundTrip)
-{
-    const struct {
-        QString text;
-        const char *escaped; // the escape that must appear in the output, or nullptr
-    } table[] = {
-        {QStringLiteral("say \"hi\""), R"(\")"},
-        {QStringLiteral("C:\\dir\\file"), R"(\\)"},
-        {QStringLiteral("line\nbreak"), R"(\n)"},
-        {QStringLiteral("tab\there"), R"(\t)"},
-        {QStringLiteral("cr\rhere"), R"(\r)"},
-        {QString::fromUtf8("bell\x07"), R"(\u0007)"},
-        {QString::fromUtf8("unit\x1f"), R"(\u001f)"},
-        {QString(QChar(0)) + QStringLiteral("nul"), R"(\u0000)"},
-        {QString::fromUtf8("bs\b ff\f"), nullptr},
-        {QString::fromUtf8("Ünïcødé 日本語 😀"), nullptr},
-        {QStringLiteral("a/b"), nullptr},
-        {QStringLiteral("\\\"\\\""), nullptr},
-    };
-    for (const auto &row : table) {
-        const BundleJSON value = BundleJSON::object({{row.text, row.text}});
-        const QByteArray text = value.serialize(false);
-        // Compact output has no layout whitespace, so any byte below 0x20 would be a raw control character.
-        for (const char c : text)
-            EXPECT_GE(static_cast<unsigned char>(c), 0x20) << row.text.toStdString();
-        if (row.escaped)
-            EXPECT_TRUE(text.contains(row.escaped)) << text.constData();
-        const QJsonObject read = parseObject(text);
-        ASSERT_EQ(read.size(), 1) << text.constData();
-        EXPECT_EQ(read.begin().key(), row.text);
-        EXPECT_EQ(read.begin().value().toString(), row.text);
-    }
 }
 
 } // namespace

