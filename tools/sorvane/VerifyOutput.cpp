@@ -145,14 +145,6 @@ void VerifyOutput::writeJson(QTextStream &out) const
     w.finish();
 }
 
-QString VerifyOutput::text() const
-{
-    QString s;
-    QTextStream out(&s);
-    writeText(out);
-    return s;
-}
-
 void VerifyOutput::writeText(QTextStream &out) const
 {
     const BundleIntegrity &integrity = *result.integrity;

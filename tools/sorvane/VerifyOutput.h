@@ -20,8 +20,7 @@ struct VerifyOutput {
     // How many play-order entries the text lists before summarising the rest.
     static constexpr qsizetype shownOrderEntries = 10;
 
-    QString text() const;
-    // The same, written as it goes: a bundle of many items has many report lines.
+    // Written as it goes: a bundle of many items has many report lines.
     void writeText(QTextStream &out) const;
     // The whole result as one JSON object, written as it is built: a bundle of
     // hundreds of thousands of items never exists as one tree or one string.

@@ -66,6 +66,9 @@ TEST(ManifestTextReader, AgreesWithTheWholeDocumentOnEveryText)
                   "\\\xDB"
                   R"("}]})"},
         {"raw control characters and noncharacters", head + "\"title\":\"a\x01\t\xEF\xBF\xBE\",\"items\":[]}"},
+        {"names with every escape", head + R"("\b\f\n\r\t\u00C9\u00e9":1,"items":[]})"},
+        {"a long other name", head + "\"" + QByteArray(100, 'n') + R"(":1,"items":[]})"},
+        {"zeros with any exponent", head + R"("items":[0e999,0.000e-999,-0.0]})"},
         {"numbers Qt takes",
             head + R"("items":[1.,.5,-0,1E+2,4.9e-324,1e308,123456789012345678901234567890,-9223372036854775809]})"},
         {"nested just within the limit", head + R"("items":[)" + QByteArray(1022, '[') + QByteArray(1022, ']') + "]}"},
@@ -100,6 +103,8 @@ TEST(ManifestTextReader, AgreesWithTheWholeDocumentOnEveryText)
         {"unterminated list", head + R"("items":[{"id":"a"})"},
         {"unterminated string", head + R"("items":[{"id":"a)"},
         {"ends in a number", R"([1)"},
+        {"text ending after a comma", head + R"("items":[1,)"},
+        {"text ending after a member", head + R"("items":[],)"},
         {"garbage after the object", head + R"("items":[]} x)"},
         {"a NUL after the object", head + QByteArray(R"("items":[]})") + QByteArray(1, '\0')},
         {"mismatched brackets", head + R"("items":[{"id":"a"]]})"},
