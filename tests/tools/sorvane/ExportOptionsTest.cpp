@@ -159,7 +159,6 @@ TEST(ExportOptions, EachOptionSetsItsOwnFieldOrNamesTheMistake)
         {{"--mode", "slides"}, {}, "unknown value 'slides' for --mode (use standard or collage)."},
         {{"--overlay-corner", "center"}, {},
             "for --overlay-corner (use bottom_right, top_left, top_right or bottom_left)."},
-        {{"--mode", " collage"}, {}, "unknown value ' collage' for --mode"},
         // Bad numbers name the option and the range.
         {{"--interval", "0"}, {}, "invalid value '0' for --interval (use a number of seconds above 0)."},
         {{"--interval", "nan"}, {}, "invalid value 'nan' for --interval"},
