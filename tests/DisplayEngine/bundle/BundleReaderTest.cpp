@@ -80,10 +80,6 @@ INSTANTIATE_TEST_SUITE_P(Manifests, ReaderErrors,
                         std::nullopt},
         ErrorCase {"no format", R"({"format_version":2,"min_reader_version":1,"items":[]})",
             BundleErrorCode::notABundle, "format is '<absent>', expected 'sorvane.bundle'.", "$.format"},
-        ErrorCase {"format with trailing blank", R"({"format":"sorvane.bundle ","items":[]})",
-            BundleErrorCode::notABundle, "format is 'sorvane.bundle ', expected 'sorvane.bundle'.", "$.format"},
-        ErrorCase {"format checked before versions", R"({"format":"other"})", BundleErrorCode::notABundle,
-            "format is 'other', expected 'sorvane.bundle'.", "$.format"},
         ErrorCase {"format_version as text",
             R"({"format":"sorvane.bundle","format_version":"2","min_reader_version":1,"items":[]})",
             BundleErrorCode::manifestMalformed, "format_version is required.", "$.format_version"},
@@ -98,10 +94,6 @@ INSTANTIATE_TEST_SUITE_P(Manifests, ReaderErrors,
             "items is required.", "$.items"},
         ErrorCase {"item without id", "{" + head + R"(,"items":[{"id":"a"},{"media_type":"image"}]})",
             BundleErrorCode::manifestMalformed, "an item is missing its id.", "$.items[1].id"},
-        ErrorCase {"item not an object", "{" + head + R"(,"items":[{"id":"a"},{"id":"b"},7]})",
-            BundleErrorCode::manifestMalformed, "an item is missing its id.", "$.items[2].id"},
-        ErrorCase {"empty items", "{" + head + R"(,"items":[]})", BundleErrorCode::noPlayableMedia,
-            "Manifest declared 0 items; none of them resolved to a usable asset.", std::nullopt},
         ErrorCase {"every item missing",
             "{" + head + R"(,"items":[{"id":"a","assets":{"full":{"path":"media/a.jpg","bytes":1}}},)"
                 + R"({"id":"b","assets":{"full":{"path":"media/b.jpg","bytes":1}}}]})",
@@ -112,18 +104,13 @@ INSTANTIATE_TEST_SUITE_P(Manifests, ReaderErrors,
 TEST(BundleReader, AManifestThatCannotBeReadSaysWhy)
 {
     QTemporaryDir dir;
-    BundleOpenResult result = BundleReader::open(dir.path());
-    ASSERT_TRUE(result.error);
-    EXPECT_EQ(result.error->code, BundleErrorCode::notABundle);
-    EXPECT_EQ(result.error->message, "No bundle.json at this path.");
-    EXPECT_EQ(result.error->path, dir.path());
     // A folder named bundle.json is not a manifest either.
     QDir(dir.path()).mkdir("bundle.json");
     EXPECT_EQ(BundleReader::open(dir.path()).error->code, BundleErrorCode::notABundle);
 
     BundleFixture fixture;
     fixture.writeManifestText("{\"format\": tru}");
-    result = BundleReader::open(fixture.root());
+    BundleOpenResult result = BundleReader::open(fixture.root());
     ASSERT_TRUE(result.error && result.error->cause);
     EXPECT_FALSE(result.error->cause->isEmpty());
     EXPECT_EQ(result.error->message, "Manifest is not valid JSON: " + *result.error->cause);
@@ -283,6 +270,13 @@ INSTANTIATE_TEST_SUITE_P(Manifests, ReaderOpens,
             "b:tile",
             "1/2 items, 3/6 bytes, 0/0 originals, 0 unsupported; missing a (itemAssetSizeMismatch: no usable asset "
             "survived the resolution ladder)"},
+        // Links that lead out are tried on the real programs by the hostile-input suite.
+        OpenCase {"a path that leaves the root",
+            R"("items":[{"id":"e","assets":{"full":{"path":"../x","bytes":3}}},
+                        {"id":"a","assets":{"full":{"path":"media/a","bytes":3}}}])",
+            {"Item e: full \u2014 '../x' escapes the bundle root."}, "a:full",
+            "1/2 items, 3/6 bytes, 0/0 originals, 0 unsupported; missing e (itemAssetMissing: no usable asset "
+            "survived the resolution ladder)"},
         OpenCase {"absent logo",
             R"("branding":{"logo_asset":"absent/logo.png"},"items":[{"id":"a","assets":{"full":{"path":"media/a","bytes":3}}}])",
             {"branding.logo_asset 'absent/logo.png' is absent; branding shows without a logo."}, "a:full",
@@ -358,55 +352,11 @@ INSTANTIATE_TEST_SUITE_P(Levels, AssetChecks,
         AssetCase {"zero bytes passes size", BundleVerification::sizeAndCount, "", false, 0, true, std::nullopt, ""},
         AssetCase {"zero bytes fails decode", BundleVerification::decode, "", false, 0, true,
             BundleReportCode::itemAssetUndecodable, "file is present and exactly the right size but does not decode"},
-        AssetCase {"decodes", BundleVerification::decode, "IMGabc", false, 6, false, std::nullopt, ""},
         AssetCase {"hash differs", BundleVerification::full, "IMGabc", false, 6, false,
             BundleReportCode::itemAssetUndecodable, "sha256 does not match the manifest"},
-        AssetCase {"hash and decode pass", BundleVerification::full, "IMGabc", false, 6, true, std::nullopt, ""},
         AssetCase {"hash checked before decoding", BundleVerification::full, "xyz", false, 3, false,
             BundleReportCode::itemAssetUndecodable, "sha256 does not match the manifest"}),
     [](const testing::TestParamInfo<AssetCase> &info) { return std::to_string(info.index); });
-
-TEST(BundleReader, PathsOutsideTheRootAreRejected)
-{
-    QTemporaryDir outside;
-    QFile secret(outside.filePath("secret.bin"));
-    ASSERT_TRUE(secret.open(QIODevice::WriteOnly));
-    secret.write("IMGsecret");
-    secret.close();
-
-    BundleFixture fixture;
-    QDir(fixture.root()).mkpath("media");
-    // A file link and a folder link that lead out, and one link that stays inside.
-    ASSERT_TRUE(QFile::link(secret.fileName(), fixture.path("media/link.bin")));
-    ASSERT_TRUE(QFile::link(outside.path(), fixture.path("media/linked")));
-    fixture.writeFile("media/real.bin", "IMGsecret");
-    ASSERT_TRUE(QFile::link(fixture.path("media/real.bin"), fixture.path("media/inner.bin")));
-
-    const QStringList escaping {"../secret.bin", "/etc/hostname", "C:x", "a/../media/real.bin", "media/link.bin",
-        "media/linked/secret.bin", "media/linked/../real.bin"};
-    for (const QString &path : escaping) {
-        BundleItem item;
-        item.id = path;
-        BundleAsset asset = BundleFixture::assetFor(path, "IMGsecret");
-        item.assets = {{"full", asset}};
-        fixture.manifest.items->push_back(item);
-    }
-    BundleItem inner;
-    inner.id = "inner";
-    inner.assets = {{"full", BundleFixture::assetFor("media//inner.bin", "IMGsecret")}};
-    fixture.manifest.items->push_back(inner);
-    fixture.writeManifest();
-
-    const BundleOpenResult result = BundleReader::open(fixture.root(), withLevel(BundleVerification::full));
-    ASSERT_TRUE(result.ok());
-    ASSERT_EQ(result.bundle->items.size(), 1u);
-    EXPECT_EQ(result.bundle->items[0]->id, "inner");
-    ASSERT_EQ(result.bundle->reports().size(), size_t(escaping.size()));
-    for (qsizetype i = 0; i < escaping.size(); ++i) {
-        EXPECT_EQ(result.bundle->reports()[size_t(i)].message,
-            QStringLiteral("Item %1: full \u2014 '%1' escapes the bundle root.").arg(escaping[i]));
-    }
-}
 
 // ---- The resolution ladder ----------------------------------------------------
 
@@ -425,6 +375,13 @@ TEST(BundleMediaItem, LadderPrefersTheAskedTierThenFallsBack)
     EXPECT_EQ(*a.resolvedAsset("anything"), *a.resolvedAsset("full"));
     EXPECT_EQ(a.resolvedAsset("animated")->key, "full");
     EXPECT_EQ(a.displayAsset()->key, "animated"); // shown first, ahead of the ladder
+    // As the player lists it: an animation, its kind taken from the file name.
+    const auto listed = a.imageItem();
+    ASSERT_TRUE(listed);
+    EXPECT_EQ(listed->relativePath(), "media/animated/a.bin");
+    EXPECT_TRUE(listed->isAnimated() && listed->animationType() == AnimationType::gif);
+    EXPECT_EQ(listed->mediaType(), MediaType::image);
+    EXPECT_EQ(listed->videoTier(), std::nullopt);
     EXPECT_EQ(result.bundle->item("t")->resolvedAsset("full")->key, "tile");
 
     // Each failure on screen steps one rung down, preferring full, until nothing is left.
@@ -472,47 +429,6 @@ TEST(OpenedBundlePlayOrder, ShuffleSkipsMissingItemsAndKeepsTheRestInShuffledOrd
     for (const qsizetype position : order)
         actual.push_back(result.bundle->items[size_t(position)]->id);
     EXPECT_EQ(actual, expected);
-}
-
-TEST(OpenedBundleImageItems, ItemsCarryTheirKindAndFollowThePlayOrder)
-{
-    BundleFixture fixture;
-    fixture.writeFile("media/animated/g.gif", "GIF89a");
-    fixture.writeFile("media/video/v.mp4", "mp4");
-    fixture.writeFile("media/full/v.jpg", "jpg");
-    fixture.addItem("still", {{"full", 3}});
-    BundleItem gif;
-    gif.id = "g";
-    gif.animated = true;
-    gif.assets = {{"animated", BundleFixture::assetFor("media/animated/g.gif", "GIF89a")}};
-    BundleItem video;
-    video.id = "v";
-    video.mediaType = "video";
-    video.assets = {{"video", BundleFixture::assetFor("media/video/v.mp4", "mp4")},
-        {"full", BundleFixture::assetFor("media/full/v.jpg", "jpg")}};
-    fixture.manifest.items->push_back(gif);
-    fixture.manifest.items->push_back(video);
-    fixture.manifest.playback = BundlePlaybackJSON {};
-    fixture.manifest.playback->sort = "sequential";
-    fixture.writeManifest();
-
-    BundleOpenResult result = BundleReader::open(fixture.root());
-    ASSERT_TRUE(result.ok());
-    const std::vector<ImageItem> items = result.bundle->imageItems();
-    ASSERT_EQ(items.size(), 3u);
-    EXPECT_EQ(items[0].relativePath(), "media/full/still.bin");
-    EXPECT_FALSE(items[0].isAnimated());
-    EXPECT_EQ(items[1].animationType(), AnimationType::gif);
-    EXPECT_EQ(items[1].originalIndex(), 1);
-    EXPECT_EQ(items[2].videoTier(), VideoTier::tier1);
-    EXPECT_EQ(items[2].url(), QUrl::fromLocalFile(fixture.path("media/video/v.mp4")));
-
-    // Once the video fails on screen the item is its poster, a still.
-    result.bundle->markUndecodable("v", "video");
-    const auto poster = result.bundle->item("v")->imageItem();
-    ASSERT_TRUE(poster);
-    EXPECT_EQ(poster->mediaType(), MediaType::image);
-    EXPECT_EQ(poster->url(), QUrl::fromLocalFile(fixture.path("media/full/v.jpg")));
 }
 
 } // namespace

@@ -13,8 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/mount.h>
-
 namespace sorvane {
 namespace {
 
@@ -82,18 +80,14 @@ public:
         const QByteArray content = readAll(video);
         if (!content.startsWith("VID"))
             return {.error = QStringLiteral("Invalid data found when processing input")};
-        const bool poster = !content.contains("NOPOSTER");
-        return {.poster = poster ? std::optional(BundleRasterImage {2, 1, QByteArray("poster")}) : std::nullopt,
-            .durationSeconds = 4.0,
-            .width = 320,
-            .height = 240,
-            .container = "mp4",
-            .videoCodec = "h264",
-            .audioCodec = "aac",
-            .hasAudio = true,
-            .posterOutcome = !poster       ? BundlePosterOutcome::unavailable
-                : content.contains("LATE") ? BundlePosterOutcome::fallback
-                                           : BundlePosterOutcome::firstAttempt};
+        BundleVideoInspection found {
+            std::nullopt, 4.0, 320, 240, "mp4", "h264", "aac", true, BundlePosterOutcome::unavailable, std::nullopt};
+        if (!content.contains("NOPOSTER")) {
+            found.poster = BundleRasterImage {2, 1, QByteArray("poster")};
+            found.posterOutcome
+                = content.contains("LATE") ? BundlePosterOutcome::fallback : BundlePosterOutcome::firstAttempt;
+        }
+        return found;
     }
 };
 
@@ -134,14 +128,6 @@ protected:
     QTemporaryDir destination;
     BundleWriteRequest request;
 };
-
-std::vector<BundleWriteReportCode> codes(const BundleWriteResult &result)
-{
-    std::vector<BundleWriteReportCode> out;
-    for (const auto &report : result.reports)
-        out.push_back(report.code);
-    return out;
-}
 
 TEST_F(BundleWriterTest, WritesABundleThatOpensAtEveryLevel)
 {
@@ -279,8 +265,11 @@ TEST_F(BundleWriterTest, NothingToExportFailsAndLeavesNothing)
     result = BundleWriter::write(request);
     EXPECT_EQ(result.errorCode, BundleWriteErrorCode::noSourceMedia);
     EXPECT_EQ(result.errorMessage, "Nothing could be exported: no source file produced a usable derivative.");
-    EXPECT_EQ(codes(result),
-        (std::vector {BundleWriteReportCode::sourceUndecodable, BundleWriteReportCode::videoPosterUnavailable}));
+    std::vector<BundleWriteReportCode> codes;
+    for (const auto &report : result.reports)
+        codes.push_back(report.code);
+    EXPECT_EQ(
+        codes, (std::vector {BundleWriteReportCode::sourceUndecodable, BundleWriteReportCode::videoPosterUnavailable}));
     EXPECT_EQ(result.videoPosterUnavailableCount, 1);
     EXPECT_TRUE(destinationEntries().isEmpty()) << qPrintable(destinationEntries().join(','));
 }
@@ -464,8 +453,6 @@ TEST_F(BundleWriterTest, ScanningSkipsBundlesAndHiddenFoldersAndSurvivesLinkLoop
     for (const BundleSourceFile &file : scan.sources)
         found << QDir(sources.path()).relativeFilePath(file.path);
     EXPECT_EQ(found, (QStringList {"a.jpg", "deep/er/b.jpg"}));
-    EXPECT_EQ(scan.estimate.imageCount, 2);
-    EXPECT_EQ(scan.estimate.sourceBytes, 10);
 
     // Exporting a folder into itself, twice: the first bundle is not a source of the second.
     const BundleWriteResult first = BundleWriter::write(request);
@@ -486,33 +473,10 @@ TEST_F(BundleWriterTest, DestinationsThatFailAreReportedWithTheSystemsReason)
     source("a.jpg", "IMG a");
     ASSERT_TRUE(test::writeAll(destination.filePath("file"), ""));
     request.destinationDirectory = destination.filePath("file/inside");
-    BundleWriteResult result = BundleWriter::write(request);
+    const BundleWriteResult result = BundleWriter::write(request);
     EXPECT_EQ(result.errorCode, BundleWriteErrorCode::destinationUnwritable);
     EXPECT_EQ(result.errorMessage, "Could not prepare the destination: Not a directory");
-
-    // A read-only stick, and a full one.
-    const struct {
-        unsigned long flags;
-        BundleWriteErrorCode code;
-        const char *message;
-    } table[] = {{MS_RDONLY, BundleWriteErrorCode::destinationUnwritable,
-                     "Could not prepare the destination: Read-only file system"},
-        {0, BundleWriteErrorCode::writeFailed, "No space left on device"}};
-    for (int i = 0; i < 20; ++i)
-        source(QStringLiteral("%1.jpg").arg(i), "IMG " + QByteArray(20000, char('a' + i)));
-    for (const auto &row : table) {
-        const QString mountPoint = destination.filePath(QStringLiteral("stick%1").arg(row.flags));
-        QDir().mkpath(mountPoint);
-        if (mount("tmpfs", QFile::encodeName(mountPoint).constData(), "tmpfs", row.flags, "size=64k") != 0)
-            GTEST_SKIP() << "cannot mount a small file system here";
-        request.destinationDirectory = mountPoint;
-        result = BundleWriter::write(request);
-        const QStringList left = QDir(mountPoint).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-        umount(QFile::encodeName(mountPoint).constData());
-        EXPECT_EQ(result.errorCode, row.code);
-        EXPECT_EQ(result.errorMessage, row.message);
-        EXPECT_TRUE(left.isEmpty()) << qPrintable(left.join(','));
-    }
+    // A full or read-only stick is left to the hostile suite, which mounts one.
 }
 
 TEST(BundleShortIds, CollidingPrefixesAreExtendedTogether)

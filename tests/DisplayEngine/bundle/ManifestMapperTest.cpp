@@ -124,32 +124,4 @@ TEST(ManifestMapper, EveryKeyMapsItsWireValuesAndDefaultsTheRestWithOneReport)
     }
 }
 
-TEST(ManifestMapper, ReportsFollowFieldOrder)
-{
-    // Every key bad at once, written in an order unlike the documented one.
-    const Mapped r = mapAll(parse(R"({
-        "branding": {"overlay": {"corner": "middle"}},
-        "display": {"preferred_per_screen": [{"preferred_collage_layout": "grid-a", "preferred_mode": "tv-a"},
-                                             {"screen_ordinal": 1, "preferred_collage_layout": "varied",
-                                              "preferred_mode": "tv-b"}],
-                    "preferred_sync_mode": "together", "preferred_control_scope": "global"},
-        "playback": {"flow": {"weight_mode": "heavy", "orientation": "diagonal"}, "file_display_format": "full",
-                     "image_filter": "noir", "background": "white", "image_scaling": "stretch", "sort": "shuffle",
-                     "collage_layout": "mosaic", "mode": "slides"}
-    })"));
-    // Each key's message is checked above; here the order: fields as documented, and a screen's
-    // mode before its layout, screen by screen.
-    QStringList values;
-    for (const BundleReport &report : r.reports)
-        values << report.unrecognizedValue.value_or(QString());
-    EXPECT_EQ(values,
-        (QStringList {"slides", "mosaic", "shuffle", "stretch", "white", "noir", "full", "diagonal", "heavy", "global",
-            "together", "tv-a", "grid-a", "tv-b", "middle"}));
-    // The documented example message, spelled out in full.
-    EXPECT_EQ(r.reports.front().message, "playback.mode held unrecognized value 'slides'; used 'standard'.");
-    ASSERT_EQ(r.display.preferredPerScreen.size(), 2u);
-    EXPECT_EQ(r.display.preferredPerScreen[1],
-        (BundlePerScreenPreference {1, DisplayMode::standard, CollageLayout::collage}));
-}
-
 } // namespace

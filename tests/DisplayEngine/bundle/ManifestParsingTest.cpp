@@ -1,7 +1,5 @@
 #include "bundle/BundleJSON.h"
 #include "bundle/BundleManifest.h"
-#include "bundle/BundleManifestBuilder.h"
-#include "bundle/BundleManifestMapper.h"
 #include "bundle/ManifestFields.h"
 
 #include <gtest/gtest.h>
@@ -76,46 +74,6 @@ TEST(ManifestFields, TypedReadsTakeOnlyTheirOwnKind)
     EXPECT_EQ(ManifestFields::boolean(parseValue("1")), std::nullopt);
     EXPECT_EQ(ManifestFields::string(parseValue("\"\"")), QString());
     EXPECT_EQ(ManifestFields::string(parseValue("[\"a\"]")), std::nullopt);
-
-    // Through the manifest's members: a mistyped member reads as absent and is not unknown.
-    const BundleManifest m = parseManifest(R"({"format_version": "2", "min_reader_version": 1.9, "title": 12,
-        "counts": [], "playback": {"loop": 1, "auto_advance": false},
-        "players": [7], "derivatives": {"tiers": ["tile"]}, "display": {"preferred_per_screen": [null]},
-        "items": [1, {"id": "a", "assets": {"tile": "media/a.jpg", "full": {"w": -3.9}}}]})");
-    EXPECT_EQ(m.formatVersion, std::nullopt);
-    EXPECT_EQ(m.minReaderVersion, 1);
-    EXPECT_EQ(m.title, std::nullopt);
-    EXPECT_EQ(m.counts, std::nullopt);
-    EXPECT_EQ(m.playback->loop, std::nullopt);
-    EXPECT_EQ(m.playback->autoAdvance, false);
-    EXPECT_EQ(m.totalUnknownMemberCount(), 0);
-    // Entries of arrays that are not objects read as empty records.
-    EXPECT_EQ(m.players, std::vector<BundlePlayerEntry>(1));
-    EXPECT_EQ(m.derivatives->tiers, std::vector<BundleTier>(1));
-    EXPECT_EQ(m.display->preferredPerScreen, std::vector<BundlePerScreenJSON>(1));
-    ASSERT_EQ(m.items->size(), 2u);
-    EXPECT_EQ((*m.items)[0], BundleItem {});
-    EXPECT_EQ(*(*m.items)[1].asset(QStringLiteral("tile")), BundleAsset {});
-    EXPECT_EQ((*m.items)[1].asset(QStringLiteral("full"))->w, -3);
-}
-
-// A list long enough to be taken out of the document entry by entry reads the
-// same, in order, and leaves a document shared with the caller intact.
-TEST(ManifestParsing, HugeItemListsReadInOrder)
-{
-    QJsonArray items;
-    for (int i = 0; i < 60000; ++i)
-        items.append(i == 7 ? QJsonValue(7) : QJsonValue(QJsonObject {{"id", QString::number(i)}}));
-    QJsonObject object {{"items", items}, {"extra", true}};
-    const QJsonObject shared = object;
-    const BundleManifest m = BundleManifest::takeFromJson(object);
-    ASSERT_TRUE(m.items && m.items->size() == 60000u);
-    EXPECT_EQ(m.unknownMemberCount, 1);
-    for (const size_t i : {0u, 6u, 8u, 59999u})
-        EXPECT_EQ((*m.items)[i].id, QString::number(i));
-    EXPECT_EQ((*m.items)[7], BundleItem {});
-    EXPECT_EQ(shared["items"].toArray().size(), 60000);
-    EXPECT_EQ(shared["items"].toArray().at(59999).toObject()["id"], "59999");
 }
 
 // ---------------------------------------------------------------------------
@@ -127,11 +85,8 @@ TEST(ManifestParsing, UnknownMemberTotals)
         const char *json;
         int total;
     } table[] = {
-        // Counted objects.
-        {R"({"created_by": {"app": "x", "os": "y"}})", 1},
-        {R"({"playback": {"speed": 2}})", 1},
-        {R"({"branding": {"overlay": {"corner": "top_left", "blend": "add", "shadow": 1}}})", 2},
-        {R"({"items": [{"id": "a", "x": 1}, {"id": "b"}, {"id": "c", "y": 1, "z": 2}]})", 3},
+        // A known member of the wrong type reads as absent, not as unknown.
+        {R"({"format_version": "2", "counts": [], "players": [7], "items": [1, {"assets": {"tile": 1}}]})", 0},
         // A member counts even when its value is null; keys are case-sensitive.
         {R"({"x": null, "Title": "t", "title": "t"})", 2},
         // Uncounted objects add nothing, however many unknown members they hold.
@@ -206,14 +161,6 @@ TEST(ManifestRoundTrip, EveryMemberIsReadAndWrittenBackInSchemaOrder)
     EXPECT_EQ(BundleManifest::fromJson(parseObject(pretty)), read);
     EXPECT_TRUE(pretty.startsWith("{\n  \"format\": \"sorvane.bundle\",\n  \"format_version\": 2,"));
     EXPECT_TRUE(pretty.endsWith("\n}\n"));
-
-    // Mapped to typed preferences and back by the writer's side, the sections come back whole.
-    std::vector<BundleReport> reports;
-    EXPECT_EQ(BundleManifestBuilder::playback(BundleManifestMapper::playback(read, reports)).toJson().serialize(),
-        read.playback->toJson().serialize());
-    EXPECT_EQ(BundleManifestBuilder::display(BundleManifestMapper::display(read, reports)).toJson().serialize(),
-        read.display->toJson().serialize());
-    EXPECT_TRUE(reports.empty());
 }
 
 TEST(ManifestRoundTrip, AbsentMembersAreNotWritten)
@@ -234,43 +181,13 @@ TEST(ManifestRoundTrip, AbsentMembersAreNotWritten)
 // ---------------------------------------------------------------------------
 // The ordered JSON value itself.
 
-TEST(BundleJSON, ScalarsAndLayout)
+TEST(BundleJSON, PrettyLayout)
 {
-    const struct {
-        BundleJSON value;
-        const char *compact;
-    } table[] = {
-        {BundleJSON(qint64(-7)), "-7"},
-        {BundleJSON(int64Min), "-9223372036854775808"},
-        {BundleJSON(false), "false"},
-        {BundleJSON(""), "\"\""},
-        {BundleJSON::object(), "{}"},
-        {BundleJSON::array(), "[]"},
-    };
-    for (const auto &row : table) {
-        EXPECT_EQ(row.value.serialize(false), QByteArray(row.compact));
-        // Pretty output differs only by the closing newline for these.
-        EXPECT_EQ(row.value.serialize(true), QByteArray(row.compact) + '\n');
-    }
     const BundleJSON value = BundleJSON::object(
         {{QStringLiteral("a"), BundleJSON::array({BundleJSON(1), BundleJSON::object()})}, {QStringLiteral("b"), "c"}});
     EXPECT_EQ(value.serialize(true), QByteArray("{\n  \"a\": [\n    1,\n    {}\n  ],\n  \"b\": \"c\"\n}\n"));
     EXPECT_EQ(*value.find(QStringLiteral("b"))->asString(), QStringLiteral("c"));
     EXPECT_EQ(value.find(QStringLiteral("c")), nullptr);
-}
-
-TEST(BundleJSON, DoublesStayDoubles)
-{
-    const double table[] = {2.0, -0.5, 0.1, 1e300, 1e-300, -1e21, 4503599627370497.0, 5e-324};
-    for (const double number : table) {
-        const QByteArray text = BundleJSON(number).serialize(false);
-        // Written with a fraction or an exponent so no reader takes it for an integer.
-        EXPECT_TRUE(text.contains('.') || text.contains('e') || text.contains('E')) << text.constData();
-        const QJsonValue read = parseValue(text.constData());
-        ASSERT_TRUE(read.isDouble()) << text.constData();
-        EXPECT_EQ(read.toDouble(), number) << text.constData();
-    }
-    EXPECT_EQ(BundleJSON(2.0).serialize(false), QByteArray("2.0"));
 }
 
 } // namespace

