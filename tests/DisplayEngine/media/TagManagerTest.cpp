@@ -89,7 +89,12 @@ TEST_F(TagManagerTest, TagsSortPinnedFirstThenByNameAndImagesKeepTheOrderTheirTa
 
     EXPECT_TRUE(tags.unassignTag(beach, zoo.id));
     EXPECT_FALSE(tags.unassignTag(beach, zoo.id));
-    EXPECT_EQ(namesOf(tags.tagsForImage(beach)), (QStringList {"Beach", "Archive"}));
+    // Deleting a tag takes it off every image; the lists read back as they are.
+    EXPECT_TRUE(tags.deleteTag(alps.id));
+    EXPECT_TRUE(tags.tagsForImage(dunes).isEmpty());
+    const TagManager reloaded(m_preferences, m_time);
+    EXPECT_EQ(reloaded.tags(), tags.tags());
+    EXPECT_EQ(namesOf(reloaded.tagsForImage(beach)), (QStringList {"Beach", "Archive"}));
 }
 
 TEST_F(TagManagerTest, UnreadableStoredValuesLoadAsNoneAndAreReplacedByTheNextSave)
