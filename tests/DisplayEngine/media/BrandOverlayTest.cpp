@@ -230,12 +230,6 @@ TEST_F(BrandOverlayStoreTest, TheLogoIsShownOnlyWhenEveryCheckPasses)
         EXPECT_EQ(BrandOverlay::logoImage(showing(path), decoder), (BrandOverlayLogo {logo, QSize(400, 200)}));
         EXPECT_EQ(decoder.calls, std::vector<QString> {logo});
     }
-    // An overlay with nothing to show is not checked at all.
-    for (const S &settings : {S {.imagePath = QStringLiteral("logos/x.png")}, showing(QStringLiteral("   ")), S {}}) {
-        const FakeDecoder decoder(QSize(400, 200));
-        EXPECT_EQ(BrandOverlay::logoImage(settings, decoder), std::nullopt);
-        EXPECT_TRUE(decoder.calls.empty());
-    }
     EXPECT_TRUE(m_log.take().empty());
 }
 
