@@ -105,9 +105,9 @@ TEST_F(TagManagerTest, UnreadableStoredValuesLoadAsNoneAndAreReplacedByTheNextSa
     badId.insert("tagId", "not-a-uuid");
     missingPath.remove("imagePath");
     // What another version or a damaged file may leave under a key.
-    const std::pair<const char *, PreferenceValue> values[] = {{"text", QStringLiteral("[]")}, {"number", qint64(3)},
-        {"object instead of array", good}, {"one bad id among good", QJsonArray {good, badId}},
-        {"a missing field", QJsonArray {missingPath}}, {"not an object", QJsonArray {good, 7}}};
+    const std::pair<const char *, PreferenceValue> values[]
+        = {{"object instead of array", good}, {"one bad id among good", QJsonArray {good, badId}},
+            {"a missing field", QJsonArray {missingPath}}, {"not an object", QJsonArray {good, 7}}};
     for (const auto &[what, value] : values) {
         InMemoryPreferences preferences;
         const Tag family = TagManager(preferences, m_time).createTag(QStringLiteral("Family"), QString(), false);
