@@ -75,7 +75,6 @@ inline SampleFolder &imageSamples()
         {"grey.png", paint("0x3C3C3C", "0xC8C8C8", "gray", "grey.png")},
         {"deep.png", "ffmpeg -v error -i opaque.png -pix_fmt rgb48be deep.png"},
         {"alpha.png", "vips bandjoin_const opaque.png alpha.png 100"},
-        {"grey-alpha.png", "vips bandjoin_const grey.png grey-alpha.png 100"},
         {"upright.jpg", {}, tagged("opaque.png", 1)},
         {"rotated-6.jpg", {}, tagged("opaque.png", 6)},
         {"thumb.png", "vips thumbnail opaque.png thumb.png 80"},

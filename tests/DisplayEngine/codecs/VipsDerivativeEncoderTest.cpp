@@ -63,9 +63,7 @@ const QSize fullLandscape {240, 160}, tileLandscape {100, 67}, fullPortrait {160
 const SourceCase sourceCases[] = {
     {"opaque.png", ".jpg", 3, TL, fullLandscape, tileLandscape},
     {"alpha.png", ".png", 4, TL, fullLandscape, tileLandscape, false, 100},
-    {"deep.png", ".jpg", 3, TL, fullLandscape, tileLandscape},
     {"grey.png", ".jpg", 3, TL, fullLandscape, tileLandscape, true},
-    {"grey-alpha.png", ".png", 4, TL, fullLandscape, tileLandscape, true, 100},
     {"upright.jpg", ".jpg", 3, TL, fullLandscape, tileLandscape},
     {"rotated-6.jpg", ".jpg", 3, TR, fullPortrait, tilePortrait},
     // Smaller than both tiers: kept at its own size.
