@@ -361,7 +361,6 @@ TEST_F(VipsDerivativeEncoderTest, RasterImageBecomesJpegTiers)
         SCOPED_TRACE(file.tier.toStdString());
         EXPECT_TRUE(file.path.endsWith(QLatin1String("/poster.jpg")));
         EXPECT_EQ(QSize(file.width, file.height), sizes[i]);
-        EXPECT_EQ(file.bytes, QFileInfo(file.path).size());
         const Decoded written = decode(file.path);
         ASSERT_EQ(written.size(), sizes[i]);
         const int w = sizes[i].width(), h = sizes[i].height();
@@ -371,7 +370,6 @@ TEST_F(VipsDerivativeEncoderTest, RasterImageBecomesJpegTiers)
         ASSERT_EQ(right.size(), 3u);
         EXPECT_TRUE(left[0] > 190 && left[2] < 60 && right[0] < 60 && right[2] > 190)
             << left[0] << " " << left[2] << " " << right[0] << " " << right[2];
-        expectBaselineQuality85(file.path);
     }
     EXPECT_THAT(log.take(), IsEmpty());
 }
