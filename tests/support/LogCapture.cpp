@@ -11,8 +11,6 @@ namespace {
 
 std::mutex s_mutex;
 std::vector<std::string> s_lines;
-// Qt cannot report the rules in force, so the ones captures set are remembered here.
-QString s_rules;
 
 const char *levelName(QtMsgType type)
 {
@@ -37,13 +35,10 @@ std::string logLine(const char *category, const char *level, const QString &text
     return std::string(category) + " " + level + ": " + text.toStdString();
 }
 
-LogCapture::LogCapture(const QString &filterRules)
+LogCapture::LogCapture(const QString &filterRules) : m_setRules(!filterRules.isEmpty())
 {
-    if (!filterRules.isEmpty()) {
-        m_previousRules = std::exchange(s_rules, filterRules);
-        m_setRules = true;
+    if (m_setRules)
         QLoggingCategory::setFilterRules(filterRules);
-    }
     take(); // lines an earlier, failed test left behind
     m_previousHandler = qInstallMessageHandler(&handle);
 }
@@ -51,10 +46,8 @@ LogCapture::LogCapture(const QString &filterRules)
 LogCapture::~LogCapture()
 {
     qInstallMessageHandler(m_previousHandler);
-    if (m_setRules) {
-        s_rules = m_previousRules;
-        QLoggingCategory::setFilterRules(m_previousRules);
-    }
+    if (m_setRules) // one capture at a time: no rules were set by code before it
+        QLoggingCategory::setFilterRules(QString());
 }
 
 std::vector<std::string> LogCapture::take()

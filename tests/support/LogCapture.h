@@ -24,9 +24,8 @@ public:
     std::vector<std::string> take();
 
 private:
+    bool m_setRules;
     QtMessageHandler m_previousHandler = nullptr;
-    QString m_previousRules;
-    bool m_setRules = false;
 };
 
 // A line as the capture records it: level is debug, info, warning, critical or fatal.

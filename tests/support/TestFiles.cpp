@@ -4,28 +4,20 @@
 #include <QtEndian>
 
 #include <sys/resource.h>
+#include <zlib.h>
 
 namespace sorvane::test {
 
 namespace {
-
-quint32 crc32(const QByteArray &bytes)
-{
-    quint32 crc = 0xFFFFFFFFu;
-    for (const char c : bytes) {
-        crc ^= quint8(c);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
 
 QByteArray pngChunk(const char type[4], const QByteArray &data)
 {
     const QByteArray typeAndData = QByteArray(type, 4) + data;
     QByteArray length(4, Qt::Uninitialized), crc(4, Qt::Uninitialized);
     qToBigEndian<quint32>(quint32(data.size()), length.data());
-    qToBigEndian<quint32>(crc32(typeAndData), crc.data());
+    qToBigEndian<quint32>(
+        quint32(crc32(0, reinterpret_cast<const Bytef *>(typeAndData.constData()), uInt(typeAndData.size()))),
+        crc.data());
     return length + typeAndData + crc;
 }
 
