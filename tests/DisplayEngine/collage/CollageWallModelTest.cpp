@@ -67,7 +67,6 @@ TEST(CollageWallModel, TheHeartbeatChangesTheWallOnlyWhenNothingHoldsItStill)
     const auto nothing = [](Harness &) {};
     const std::vector<Case> cases {
         {"running freely", CollageRole::independent, 0, nothing, {4.0, 8.0}},
-        {"paused", CollageRole::independent, 0, [](Harness &h) { h.model.setPaused(true); }, {}},
         {"paused until 5 s: paused time does not count", CollageRole::independent, 0,
             [](Harness &h) {
                 h.model.setPaused(true);
@@ -75,7 +74,6 @@ TEST(CollageWallModel, TheHeartbeatChangesTheWallOnlyWhenNothingHoldsItStill)
                 h.model.setPaused(false);
             },
             {9.0}},
-        {"a context menu open", CollageRole::independent, 0, [](Harness &h) { h.model.menuOpened("a"); }, {}},
         {"the menu closed again at 5 s", CollageRole::independent, 0,
             [](Harness &h) {
                 h.model.menuOpened("a");
@@ -111,35 +109,6 @@ TEST(CollageWallModel, TheHeartbeatChangesTheWallOnlyWhenNothingHoldsItStill)
         if (c.expected.empty())
             EXPECT_EQ(h.slots(), before);
     }
-}
-
-TEST(CollageWallModel, ClicksStepThroughTheClickedTilesOwnHistory)
-{
-    Harness h(varied, 1000.0);
-    h.model.appear();
-    const QList<QUuid> start = h.slots();
-
-    EXPECT_FALSE(h.model.clickTile(2, false, 1.0)) << "no earlier item in the slot yet";
-    EXPECT_EQ(h.slots(), start);
-
-    ASSERT_TRUE(h.model.clickTile(2, true, 2.0));
-    const QUuid next = h.slots()[2];
-    EXPECT_NE(next, start[2]);
-    EXPECT_FALSE(start.contains(next)) << "a new item is not one already on the wall";
-    QList<QUuid> expected = start;
-    expected[2] = next;
-    EXPECT_EQ(h.slots(), expected) << "only the clicked tile changes";
-    EXPECT_EQ(h.model.tiles()[2].toMap().value("itemId").toString(), idText(next));
-
-    ASSERT_TRUE(h.model.clickTile(2, false, 3.0));
-    EXPECT_EQ(h.slots(), start);
-    ASSERT_TRUE(h.model.clickTile(2, true, 4.0));
-    EXPECT_EQ(h.slots()[2], next) << "forward again returns to the item stepped back from";
-
-    EXPECT_FALSE(h.model.clickTile(-1, true, 5.0));
-    EXPECT_FALSE(h.model.doubleClickTile(6));
-    EXPECT_FALSE(h.model.clickTile(6, true, 5.0));
-    EXPECT_EQ(h.model.lastInteractionAt(), 5.0);
 }
 
 TEST(CollageWallModel, AppearingRestoresOnlyAStateOfTheCurrentPoolGeneration)
