@@ -11,7 +11,6 @@
 #include <QVariantMap>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -148,56 +147,6 @@ TEST(CollageWallModel, AppearingRestoresOnlyAStateOfTheCurrentPoolGeneration)
         } else if (c.layout == varied)
             EXPECT_EQ(h.slots(), fresh) << "built afresh from the same seed";
     }
-}
-
-TEST(CollageWallModel, FlowOffsetsFollowTheClockAndEveryHold)
-{
-    Harness h(CollageLayout::flow, 1000.0, makePool(200));
-    h.store.setFlowScrollSpeed(18);
-    h.store.setFlowScrollPointerPause(0.5);
-    h.model.appear();
-    h.model.setViewport(1920, 1080);
-    const QVariantList strips = h.model.flowStrips();
-    const double cycle0 = strips[0].toMap().value("cycle").toDouble();
-    const double cycle1 = strips[1].toMap().value("cycle").toDouble();
-    auto offsets = [&] {
-        QList<double> values;
-        for (const QVariant &value : h.model.flowOffsets())
-            values << value.toDouble();
-        return values;
-    };
-    const QList<double> start = offsets();
-    ASSERT_EQ(start.size(), 5);
-    EXPECT_EQ(h.model.flowColumnCount(), 5);
-
-    h.time.advance(2.0);
-    // Neighbouring strips run opposite ways, 36 points in two seconds, within their cycles.
-    EXPECT_NEAR(offsets()[0], std::fmod(start[0] + 36.0, cycle0), 1e-6);
-    EXPECT_NEAR(offsets()[1], std::fmod(start[1] - 36.0 + cycle1, cycle1), 1e-6);
-
-    h.model.setPaused(true);
-    const QList<double> paused = offsets();
-    h.time.advance(3.0);
-    EXPECT_EQ(offsets(), paused) << "a paused wall stands still";
-    h.model.setPaused(false);
-
-    h.model.pointerMoved();
-    const QList<double> pointed = offsets();
-    h.time.advance(0.4);
-    h.model.pointerMoved();
-    h.time.advance(0.4);
-    EXPECT_EQ(offsets(), pointed) << "a newer movement restarts the pause";
-    h.time.advance(0.1);
-    EXPECT_EQ(offsets(), pointed) << "half a second after the last movement it resumes from where it stood";
-    h.time.advance(1.0);
-    EXPECT_NEAR(offsets()[0], std::fmod(pointed[0] + 18.0, cycle0), 1e-6);
-
-    // A new speed carries on from where the strips are.
-    const QList<double> before = offsets();
-    h.store.setFlowScrollSpeed(64);
-    EXPECT_EQ(offsets(), before);
-    h.time.advance(1.0);
-    EXPECT_NEAR(offsets()[0], std::fmod(before[0] + 64.0, cycle0), 1e-6);
 }
 
 TEST(CollageWallModel, AutoCyclingChangesFlowTilesBetweenTimedChanges)
