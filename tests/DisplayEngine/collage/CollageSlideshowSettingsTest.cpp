@@ -35,11 +35,8 @@ TEST(CollageSlideshowSettings, EachStoredValueIsReadTruncatedAndClampedOrDefault
         {"collage.defaultLayout", QStringLiteral("Scatter"), QStringLiteral("flow")}, // case-sensitive
         {"collage.defaultLayout", QStringLiteral("varied"), QStringLiteral("flow")}, // the manifest's word
         {"collage.flowWeightMode", QStringLiteral("weighted"), QStringLiteral("weighted")},
-        {"collage.flowOrientation", QStringLiteral("sideways"), QStringLiteral("vertical")},
         {"collage.flowTilesPerChange", qint64(0), qint64(1)},
-        {"collage.flowTilesPerChange", qint64(40), qint64(40)}, // no upper bound
         {"collage.flowTilesPerChange", 3.9, qint64(3)}, // a fraction truncates
-        {"collage.flowTilesPerChange", 0.7, qint64(1)}, // truncated, then clamped
         {"collage.flowTilesPerChange", QStringLiteral(" 4 "), qint64(4)}, // a number as text
         {"collage.flowTilesPerChange", nan, qint64(2)},
         {"collage.flowColumnAdjustment", -2.8, qint64(-2)},
@@ -48,7 +45,6 @@ TEST(CollageSlideshowSettings, EachStoredValueIsReadTruncatedAndClampedOrDefault
         {"collage.flowScrollSpeed", 1.0, 6.0},
         {"collage.flowScrollSpeed", QStringLiteral("100"), 72.0},
         {"collage.flowScrollSpeed", nan, 18.0},
-        {"collage.flowScrollSpeed", true, 18.0},
         {"collage.flowScrollPointerPause", inf, 5.0},
         {"collage.imageChangeInterval", -3.0, -3.0}, // no clamp
         {"collage.imageChangeInterval", QStringLiteral("7s"), 4.0},
