@@ -7,7 +7,6 @@
 #include "views/CollageSource.h"
 #include "views/QtThumbnailDecoder.h"
 #include "views/SlideImageProvider.h"
-#include "views/SlideSource.h"
 
 #include <gtest/gtest.h>
 
@@ -75,28 +74,6 @@ TEST(ImageProviders, RejectIdsTheyDidNotMake)
         EXPECT_EQ(CollageImageProvider::parseId(id), QUrl()) << id.toStdString();
     // Only local files get a tile URL at all.
     EXPECT_EQ(CollageSource().imageUrl(QUrl(QStringLiteral("https://example.com/a.jpg"))), QString());
-}
-
-TEST(SlideSource, GivesNoUrlForWhatItCannotServe)
-{
-    struct Case {
-        QUrl file;
-        const char *scaling;
-        const char *filter;
-    };
-    const QUrl file = QUrl::fromLocalFile(QStringLiteral("/photos/a.jpg"));
-    const Case cases[] = {
-        {QUrl(QStringLiteral("https://example.com/a.jpg")), "fit_to_screen", "none"},
-        {QUrl(QStringLiteral("/photos/a.jpg")), "fit_to_screen", "none"},
-        {QUrl(), "fit_to_screen", "none"},
-        {file, "fit", "none"},
-        {file, "fit_to_screen", "grey"},
-    };
-    const SlideSource source;
-    for (const Case &c : cases) {
-        EXPECT_EQ(source.imageUrl(c.file, QString::fromLatin1(c.scaling), QString::fromLatin1(c.filter)), QString())
-            << c.file.toString().toStdString() << " " << c.scaling << " " << c.filter;
-    }
 }
 
 // Each response finishes once: with the picture at the size asked for, or with an error and no picture.
