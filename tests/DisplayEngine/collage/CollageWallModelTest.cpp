@@ -11,7 +11,6 @@
 #include <QVariantMap>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -67,7 +66,6 @@ TEST(CollageWallModel, TheHeartbeatChangesTheWallOnlyWhenNothingHoldsItStill)
     const auto nothing = [](Harness &) {};
     const std::vector<Case> cases {
         {"running freely", CollageRole::independent, 0, nothing, {4.0, 8.0}},
-        {"paused", CollageRole::independent, 0, [](Harness &h) { h.model.setPaused(true); }, {}},
         {"paused until 5 s: paused time does not count", CollageRole::independent, 0,
             [](Harness &h) {
                 h.model.setPaused(true);
@@ -75,7 +73,6 @@ TEST(CollageWallModel, TheHeartbeatChangesTheWallOnlyWhenNothingHoldsItStill)
                 h.model.setPaused(false);
             },
             {9.0}},
-        {"a context menu open", CollageRole::independent, 0, [](Harness &h) { h.model.menuOpened("a"); }, {}},
         {"the menu closed again at 5 s", CollageRole::independent, 0,
             [](Harness &h) {
                 h.model.menuOpened("a");
@@ -111,35 +108,6 @@ TEST(CollageWallModel, TheHeartbeatChangesTheWallOnlyWhenNothingHoldsItStill)
         if (c.expected.empty())
             EXPECT_EQ(h.slots(), before);
     }
-}
-
-TEST(CollageWallModel, ClicksStepThroughTheClickedTilesOwnHistory)
-{
-    Harness h(varied, 1000.0);
-    h.model.appear();
-    const QList<QUuid> start = h.slots();
-
-    EXPECT_FALSE(h.model.clickTile(2, false, 1.0)) << "no earlier item in the slot yet";
-    EXPECT_EQ(h.slots(), start);
-
-    ASSERT_TRUE(h.model.clickTile(2, true, 2.0));
-    const QUuid next = h.slots()[2];
-    EXPECT_NE(next, start[2]);
-    EXPECT_FALSE(start.contains(next)) << "a new item is not one already on the wall";
-    QList<QUuid> expected = start;
-    expected[2] = next;
-    EXPECT_EQ(h.slots(), expected) << "only the clicked tile changes";
-    EXPECT_EQ(h.model.tiles()[2].toMap().value("itemId").toString(), idText(next));
-
-    ASSERT_TRUE(h.model.clickTile(2, false, 3.0));
-    EXPECT_EQ(h.slots(), start);
-    ASSERT_TRUE(h.model.clickTile(2, true, 4.0));
-    EXPECT_EQ(h.slots()[2], next) << "forward again returns to the item stepped back from";
-
-    EXPECT_FALSE(h.model.clickTile(-1, true, 5.0));
-    EXPECT_FALSE(h.model.doubleClickTile(6));
-    EXPECT_FALSE(h.model.clickTile(6, true, 5.0));
-    EXPECT_EQ(h.model.lastInteractionAt(), 5.0);
 }
 
 TEST(CollageWallModel, AppearingRestoresOnlyAStateOfTheCurrentPoolGeneration)
@@ -179,56 +147,6 @@ TEST(CollageWallModel, AppearingRestoresOnlyAStateOfTheCurrentPoolGeneration)
         } else if (c.layout == varied)
             EXPECT_EQ(h.slots(), fresh) << "built afresh from the same seed";
     }
-}
-
-TEST(CollageWallModel, FlowOffsetsFollowTheClockAndEveryHold)
-{
-    Harness h(CollageLayout::flow, 1000.0, makePool(200));
-    h.store.setFlowScrollSpeed(18);
-    h.store.setFlowScrollPointerPause(0.5);
-    h.model.appear();
-    h.model.setViewport(1920, 1080);
-    const QVariantList strips = h.model.flowStrips();
-    const double cycle0 = strips[0].toMap().value("cycle").toDouble();
-    const double cycle1 = strips[1].toMap().value("cycle").toDouble();
-    auto offsets = [&] {
-        QList<double> values;
-        for (const QVariant &value : h.model.flowOffsets())
-            values << value.toDouble();
-        return values;
-    };
-    const QList<double> start = offsets();
-    ASSERT_EQ(start.size(), 5);
-    EXPECT_EQ(h.model.flowColumnCount(), 5);
-
-    h.time.advance(2.0);
-    // Neighbouring strips run opposite ways, 36 points in two seconds, within their cycles.
-    EXPECT_NEAR(offsets()[0], std::fmod(start[0] + 36.0, cycle0), 1e-6);
-    EXPECT_NEAR(offsets()[1], std::fmod(start[1] - 36.0 + cycle1, cycle1), 1e-6);
-
-    h.model.setPaused(true);
-    const QList<double> paused = offsets();
-    h.time.advance(3.0);
-    EXPECT_EQ(offsets(), paused) << "a paused wall stands still";
-    h.model.setPaused(false);
-
-    h.model.pointerMoved();
-    const QList<double> pointed = offsets();
-    h.time.advance(0.4);
-    h.model.pointerMoved();
-    h.time.advance(0.4);
-    EXPECT_EQ(offsets(), pointed) << "a newer movement restarts the pause";
-    h.time.advance(0.1);
-    EXPECT_EQ(offsets(), pointed) << "half a second after the last movement it resumes from where it stood";
-    h.time.advance(1.0);
-    EXPECT_NEAR(offsets()[0], std::fmod(pointed[0] + 18.0, cycle0), 1e-6);
-
-    // A new speed carries on from where the strips are.
-    const QList<double> before = offsets();
-    h.store.setFlowScrollSpeed(64);
-    EXPECT_EQ(offsets(), before);
-    h.time.advance(1.0);
-    EXPECT_NEAR(offsets()[0], std::fmod(before[0] + 64.0, cycle0), 1e-6);
 }
 
 TEST(CollageWallModel, AutoCyclingChangesFlowTilesBetweenTimedChanges)

@@ -206,7 +206,6 @@ TEST(CollageContextMenu, ListsHostItemsThenTheWallsOwnAndAsksForTheChosenOne)
     };
     const Case cases[] = {
         {false, false, {}, {"Open in a full slideshow"}},
-        {false, true, hostItems({{"tag", "Tag…"}}), {"Tag…", "Open in a full slideshow"}},
         {true, false, hostItems({{"tag", "Tag…"}, {"hide", "Hide this photo"}}),
             {"Tag…", "Hide this photo", "Open in a full slideshow", "Start automatic tile cycling"}},
         {true, true, {}, {"Open in a full slideshow", "Stop automatic tile cycling"}},
@@ -288,7 +287,6 @@ TEST(CollageTileGestures, ControlsFollowMovementRestAndLeaving)
         std::vector<std::pair<Action, bool>> steps; // and whether the controls show after it
     };
     const Case cases[] = {
-        {"movement shows, rest hides", {{move, true}, {restFor(2400), true}, {restFor(100), false}}},
         {"a newer movement restarts the wait",
             {{move, true}, {restFor(2000), true}, {moveElsewhere, true}, {restFor(2400), true}, {restFor(100), false}}},
         {"a tile scrolling under a resting pointer stays quiet",
@@ -310,34 +308,6 @@ TEST(CollageTileGestures, ControlsFollowMovementRestAndLeaving)
             EXPECT_EQ(scene.part(QStringLiteral("hoverBar")) != nullptr, visibleAfter);
         }
     }
-}
-
-TEST(CollageTileGestures, ButtonsStepAndEveryOtherClickReachesTheWall)
-{
-    Scene scene({800, 600}, kTile);
-    ASSERT_TRUE(scene.ok());
-    scene.move(kInsideTile);
-    QQuickItem *previous = scene.part(QStringLiteral("previousButton"));
-    QQuickItem *next = scene.part(QStringLiteral("nextButton"));
-    ASSERT_NE(previous, nullptr);
-    ASSERT_NE(next, nullptr);
-    const QPointF nextPoint = next->mapToScene(QPointF(next->width() / 2, next->height() / 2));
-
-    scene.click(previous);
-    scene.click(next);
-    EXPECT_EQ(scene.log(), QStringList({"previous", "next"}));
-    EXPECT_EQ(scene.wallClicks(), 0);
-
-    scene.click(kInsideTile);
-    EXPECT_EQ(scene.wallClicks(), 1) << "the photo itself belongs to the wall";
-
-    // Once hidden, the controls take no clicks: a click on the resting pointer is the photo's.
-    scene.move(nextPoint);
-    rest(scene, 5000);
-    ASSERT_FALSE(scene.get("controlsVisible").toBool());
-    scene.click(nextPoint);
-    EXPECT_EQ(scene.wallClicks(), 2);
-    EXPECT_EQ(scene.log(), QStringList({"previous", "next"}));
 }
 
 } // namespace

@@ -26,15 +26,10 @@ TEST(ImageFilterEffect, KnownColoursLandInTheirExpectedRanges)
 {
     const KnownColour cases[] = {
         {ImageFilter::blackAndWhite, qRgb(255, 255, 255), {255, 255}, {255, 255}, {255, 255}},
-        {ImageFilter::blackAndWhite, qRgb(0, 0, 0), {0, 0}, {0, 0}, {0, 0}},
         {ImageFilter::blackAndWhite, qRgb(255, 0, 0), {50, 80}, {50, 80}, {50, 80}},
         {ImageFilter::blackAndWhite, qRgb(0, 255, 0), {145, 185}, {145, 185}, {145, 185}},
-        {ImageFilter::blackAndWhite, qRgb(0, 0, 255), {15, 35}, {15, 35}, {15, 35}},
         {ImageFilter::sepia, qRgb(255, 255, 255), {250, 255}, {235, 255}, {205, 245}},
-        {ImageFilter::sepia, qRgb(0, 0, 0), {0, 0}, {0, 0}, {0, 0}},
-        {ImageFilter::sepia, qRgb(128, 128, 128), {160, 185}, {140, 165}, {105, 130}},
         {ImageFilter::vintage, qRgb(0, 0, 0), {10, 60}, {10, 60}, {5, 60}},
-        {ImageFilter::vintage, qRgb(255, 255, 255), {200, 250}, {200, 245}, {180, 240}},
     };
     for (const KnownColour &c : cases) {
         QImage image(3, 2, QImage::Format_RGB32);

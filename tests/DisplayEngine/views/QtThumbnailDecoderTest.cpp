@@ -79,7 +79,6 @@ TEST_F(QtThumbnailDecoderTest, RefusesBombsAndWhatIsNoLocalPicture)
             write(
                 QStringLiteral("claims.jpg"), test::claimingJpegSize(encoded(halves({64, 64}), "jpg"), {12000, 12000})),
             {12000, 12000}, nullptr},
-        {"missing file", QUrl::fromLocalFile(dir.filePath(QStringLiteral("missing.jpg"))), {256, 256}, nullptr},
         {"not a picture", write(QStringLiteral("notes.jpg"), "just some notes\n"), {256, 256}, nullptr},
         {"remote address", QUrl(QStringLiteral("https://example.com/photo.png")), {256, 256}, "not a local file"},
         {"no tile size", photo, {0, 0}, "thumbnail size must be positive"},

