@@ -53,6 +53,10 @@ BundleItem BundleItem::fromJson(const QJsonObject &o)
             // A tier whose value is not an object has no usable member: it reads as an empty asset.
             item.assets.emplace_back(tier, BundleAsset::fromJson(it.value().toObject()));
         }
+        // Tiers are kept in name order, which is Qt's unless a folded name moved.
+        const auto byName = [](const auto &a, const auto &b) { return a.first < b.first; };
+        if (!std::is_sorted(item.assets.begin(), item.assets.end(), byName))
+            std::sort(item.assets.begin(), item.assets.end(), byName);
     }
     item.unknownMemberCount = r.unknownCount();
     return item;
