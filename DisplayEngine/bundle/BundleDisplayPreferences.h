@@ -12,7 +12,7 @@ namespace sorvane {
 // A bundle's multi-screen suggestions, typed.
 struct BundleDisplayPreferences {
     std::optional<qint64> preferredScreenCount;
-    ControlScope preferredControlScope = ControlScope::independent;
+    ControlScope preferredControlScope = ControlScope::focusedOnly;
     SyncMode preferredSyncMode = SyncMode::synchronized;
     std::optional<double> preferredPhaseDelaySeconds;
     std::optional<bool> preferDuplicateAvoidance;

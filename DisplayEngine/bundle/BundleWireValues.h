@@ -52,8 +52,8 @@ SORVANE_WIRE_TABLE(FlowOrientation, 2, {FlowOrientation::vertical, QLatin1String
     {FlowOrientation::horizontal, QLatin1StringView("horizontal")})
 SORVANE_WIRE_TABLE(FlowWeightMode, 2, {FlowWeightMode::proportional, QLatin1StringView("proportional")},
     {FlowWeightMode::weighted, QLatin1StringView("weighted")})
-SORVANE_WIRE_TABLE(ControlScope, 3, {ControlScope::independent, QLatin1StringView("independent")},
-    {ControlScope::linked, QLatin1StringView("linked")}, {ControlScope::mirrored, QLatin1StringView("mirrored")})
+SORVANE_WIRE_TABLE(ControlScope, 3, {ControlScope::focusedOnly, QLatin1StringView("independent")},
+    {ControlScope::all, QLatin1StringView("linked")}, {ControlScope::mirrored, QLatin1StringView("mirrored")})
 SORVANE_WIRE_TABLE(SyncMode, 2, {SyncMode::synchronized, QLatin1StringView("synchronized")},
     {SyncMode::phased, QLatin1StringView("phased")})
 SORVANE_WIRE_TABLE(OverlayCorner, 4, {OverlayCorner::bottomRight, QLatin1StringView("bottom_right")},

@@ -14,7 +14,7 @@
 #include "core/PlayerEngine.h"
 #include "core/PlayerLocation.h"
 #include "media/BrandOverlay.h"
-#include "platform/DisplaySleepInhibitor.h"
+#include "slideshow/DisplaySleepInhibitor.h"
 #include "slideshow/PreferenceStore.h"
 #include "views/CollageImageProvider.h"
 #include "views/DecodedMemory.h"

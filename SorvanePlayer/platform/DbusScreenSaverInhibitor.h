@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DisplaySleepInhibitor.h"
+#include "slideshow/DisplaySleepInhibitor.h"
 
 #include <QDBusConnection>
 #include <QString>
