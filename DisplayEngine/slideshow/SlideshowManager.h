@@ -1,11 +1,13 @@
 #pragma once
 
 #include "media/ImageItem.h"
+#include "slideshow/ControlScope.h"
 #include "slideshow/ManagedSlideshow.h"
 #include "slideshow/SlideshowAction.h"
 #include "slideshow/SlideshowCommand.h"
 #include "slideshow/SlideshowLaunchRequest.h"
 #include "slideshow/SlideshowSettings.h"
+#include "slideshow/SortMode.h"
 #include "slideshow/TimerScheduler.h"
 
 #include <QHash>
@@ -33,6 +35,7 @@ class SlideshowWindowFactory;
 // files, and keeps the display awake while any show runs. Main thread only.
 class SlideshowManager : public QObject {
     Q_OBJECT
+    Q_MOC_INCLUDE("slideshow/SlideshowGlobalSettings.h")
     Q_PROPERTY(QList<QUuid> activeSlideshowIds READ activeSlideshowIds NOTIFY activeSlideshowsChanged)
     Q_PROPERTY(QUuid focusedSlideshowId READ focusedSlideshowId NOTIFY focusedSlideshowIdChanged)
     Q_PROPERTY(sorvane::SlideshowGlobalSettings *globalSettings READ globalSettings CONSTANT)
@@ -66,10 +69,11 @@ public:
 
     // Opens one window on the current display, or one per display (at most as many as
     // there are displays when `limitSlideshowsToMonitorCount`); windows after the first
-    // take `secondarySlideshowSortMode` and may start paused. Returns their ids.
+    // take `secondarySlideshowSortMode` and may start paused. The first window plays in
+    // `sortMode`. Returns the ids of the windows opened, the first display's first.
     // `transientSettings`: the settings are this run's only and never written back.
     QList<QUuid> launch(const SlideshowLaunchRequest &request, const QList<ImageItem> &items,
-        const SlideshowSettings &settings, bool transientSettings = false);
+        const SlideshowSettings &settings, SortMode sortMode, bool transientSettings = false);
 
     const QHash<QUuid, ManagedSlideshow> &activeSlideshows() const;
     QList<QUuid> activeSlideshowIds() const;
@@ -78,7 +82,11 @@ public:
     SlideshowGlobalSettings *globalSettings() const;
     QString scopeChangeMessage() const;
     QString filterChangeMessage() const;
+    // Numbers the filter notices; a notice's countdown clears only its own.
+    quint64 filterToastGeneration() const;
     QUuid mirrorLeaderId() const;
+    // The windows still waiting for their turn of a phased advance, in turn order.
+    QList<QUuid> pendingPhasedAdvances() const;
     ImageClaimTracker &imageClaimTracker() const;
     CollageCoordinator &collageCoordinator() const;
 
@@ -92,7 +100,9 @@ public:
     void send(SlideshowCommand command);
     // A bound key pressed in window `from`, routed by the control scope where it applies.
     void perform(const QUuid &from, SlideshowAction action);
-    // Escape in window `from`, by the Escape behaviour.
+    // Escape in window `from`, by the Escape behaviour. "Exit Fullscreen First" takes a
+    // full-screen window out of full screen; otherwise it stops that window alone, the
+    // reach of "Stop Current Slideshow".
     void escapePressed(const QUuid &from);
     // Changes the scope and shows its notice.
     void setControlScope(ControlScope scope);
@@ -110,6 +120,24 @@ Q_SIGNALS:
     void allStopped();
 
 private:
+    void watch(SlideshowViewModel &viewModel);
+    // Forgets a window: its view model stops and its claim and pending advances go.
+    std::optional<ManagedSlideshow> take(const QUuid &id);
+    void retire(ManagedSlideshow slideshow);
+    void announceRemoval();
+    void close(const QUuid &id);
+    QList<QUuid> scopedTargets(const QUuid &from) const;
+    void advanceDue(const QUuid &id);
+    void cancelPhasedAdvances(const std::optional<QUuid> &target);
+    QUuid driver() const;
+    void setFocused(const QUuid &id);
+    void setMirrorLeader(const QUuid &id);
+    void applyScope();
+    void mirrorLeaderShown();
+    void applyCollageRoles();
+    void imageShown(const QUuid &id);
+    void filterChanged(const QUuid &id);
+
     struct State;
     std::unique_ptr<State> d;
 };
