@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
+#include <utility>
 
 namespace sorvane {
 
