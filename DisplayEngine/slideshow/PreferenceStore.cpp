@@ -1,5 +1,8 @@
 #include "slideshow/PreferenceStore.h"
 
+#include "EngineLog.h"
+
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -102,17 +105,40 @@ std::optional<PreferenceValue> decode(const QJsonValue &entry)
     return std::nullopt;
 }
 
-// The file's entries; empty when it is missing, unreadable or not a JSON object.
-QJsonObject readEntries(const QString &filePath)
+// The file's entries; empty when it is missing or cannot be opened. `damaged` tells a
+// file with something in it that is not a JSON object.
+QJsonObject readEntries(const QString &filePath, bool *damaged = nullptr)
 {
     QFile file(filePath);
     if (!file.open(QIODevice::ReadOnly))
         return {};
+    const QByteArray bytes = file.readAll();
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject())
-        return {};
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    if (damaged)
+        *damaged = !bytes.isEmpty() && (error.error != QJsonParseError::NoError || !document.isObject());
     return document.object();
+}
+
+// The entries a write starts from. A damaged file is first set aside beside itself, so
+// that the write replacing it does not destroy what a person may still recover.
+QJsonObject entriesBeforeWrite(const QString &filePath)
+{
+    bool damaged = false;
+    QJsonObject entries = readEntries(filePath, &damaged);
+    if (!damaged)
+        return entries;
+    const QString stem = filePath + QStringLiteral(".unreadable-")
+        + QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    for (int attempt = 1; attempt <= 100; ++attempt) {
+        const QString kept = attempt == 1 ? stem : stem + QLatin1Char('-') + QString::number(attempt);
+        if (!QFileInfo::exists(kept) && QFile::rename(filePath, kept)) {
+            qCWarning(
+                lcEngine, "%s could not be read; it was kept as %s", qUtf8Printable(filePath), qUtf8Printable(kept));
+            break;
+        }
+    }
+    return entries;
 }
 
 } // namespace
@@ -137,7 +163,7 @@ std::optional<PreferenceValue> PreferenceStore::value(const QString &key) const
 
 std::optional<QString> PreferenceStore::setValues(const QList<Entry> &entries)
 {
-    QJsonObject updated = readEntries(m_filePath);
+    QJsonObject updated = entriesBeforeWrite(m_filePath);
     for (const auto &[key, value] : entries)
         updated.insert(key, encode(value));
     return write(updated);
@@ -145,6 +171,7 @@ std::optional<QString> PreferenceStore::setValues(const QList<Entry> &entries)
 
 std::optional<QString> PreferenceStore::remove(const QString &key)
 {
+    // A damaged file holds no key, so nothing is written and it stays as it is.
     QJsonObject updated = readEntries(m_filePath);
     if (!updated.contains(key)) {
         m_entries = updated;

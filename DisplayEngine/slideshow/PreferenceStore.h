@@ -9,10 +9,11 @@ namespace sorvane {
 // An application's preferences in one JSON file, `preferences.json` in the
 // folder given. Each key maps to {"type": ..., "value": ...}: JSON alone cannot
 // tell 4 from 4.0, and readers depend on the type. The file is read once here;
-// a file that is missing, unreadable or not such an object reads as empty and
-// is left as it is until the next write replaces it. Every write reads the
-// file again and changes only its own keys, so two stores on one file do not
-// undo each other's writes, then replaces the file atomically.
+// a file that is missing, unreadable or not such an object reads as empty. Every
+// write reads the file again and changes only its own keys, so two stores on one
+// file do not undo each other's writes, then replaces the file atomically. A file
+// that is not such an object is first renamed aside ("preferences.json.unreadable-
+// DATE"), so that a write never silently destroys what it could not read.
 class PreferenceStore final : public Preferences {
 public:
     explicit PreferenceStore(const QString &folder);

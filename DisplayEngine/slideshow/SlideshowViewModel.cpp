@@ -27,8 +27,6 @@ SlideshowViewModel::SlideshowViewModel(Services services, QList<ImageItem> items
     m_images = SlideshowOrder::ordered(std::move(items), sortMode, m_random());
     m_slideDuration = std::clamp(m_settings.defaultDuration, minimumSlideDuration, maximumSlideDuration);
     m_isFullScreen = m_settings.alwaysStartFullScreen;
-    if (m_settings.transitionStyle == TransitionStyle::none)
-        m_transitionStyleBeforeToggleOff = std::nullopt;
 }
 
 SlideshowViewModel::~SlideshowViewModel()
@@ -265,9 +263,7 @@ void SlideshowViewModel::start()
     m_currentIndex = std::clamp(m_currentIndex, 0, int(m_images.size()) - 1);
     claimCurrent();
     m_imagesViewedInSession = 1;
-    Q_EMIT currentIndexChanged();
-    Q_EMIT progressTextChanged();
-    Q_EMIT currentImageRealFilenameChanged();
+    announceCurrentIndex();
     showCurrent(TransitionDirection::forward);
 }
 
@@ -400,9 +396,7 @@ void SlideshowViewModel::next(bool automatic)
         m_currentIndex = 0;
         claimCurrent();
         ++m_imagesViewedInSession;
-        Q_EMIT currentIndexChanged();
-        Q_EMIT progressTextChanged();
-        Q_EMIT currentImageRealFilenameChanged();
+        announceCurrentIndex();
         showCurrent(TransitionDirection::forward);
         return;
     }
@@ -452,6 +446,11 @@ void SlideshowViewModel::setCurrentIndex(int index)
     if (m_currentIndex == index)
         return;
     m_currentIndex = index;
+    announceCurrentIndex();
+}
+
+void SlideshowViewModel::announceCurrentIndex()
+{
     Q_EMIT currentIndexChanged();
     Q_EMIT progressTextChanged();
     Q_EMIT currentImageRealFilenameChanged();

@@ -290,7 +290,9 @@ Q_SIGNALS:
 private:
     bool duplicateAvoidanceApplies() const;
     void setCurrentIndex(int index);
-    // Moves to `index` and shows it; `countsAsViewed` is false for the first slide.
+    // The index, the progress text and the file name follow the current item.
+    void announceCurrentIndex();
+    // Moves to `index`, or takes a step when it is negative, and shows the item.
     void moveTo(int index, TransitionDirection direction);
     void showCurrent(TransitionDirection direction);
     void claimCurrent();
@@ -371,15 +373,15 @@ private:
     bool m_transitionBudgetFallback = false;
 
     double m_kenBurnsProgress = 0.0;
-    QSizeF m_kenBurnsVector;
-    QSizeF m_outgoingKenBurnsVector;
+    QSizeF m_kenBurnsVector {0, 0};
+    QSizeF m_outgoingKenBurnsVector {0, 0};
     double m_outgoingKenBurnsAmount = 0.0;
     std::optional<double> m_kenBurnsStart;
     std::optional<double> m_pausedAt;
 
     double m_zoomLevel = 1.0;
     double m_baseZoomLevel = 1.0;
-    QSizeF m_zoomOffset;
+    QSizeF m_zoomOffset {0, 0};
     ImageFilter m_imageFilter = ImageFilter::none;
     bool m_isHeldByVideo = false;
     qint64 m_imagesViewedInSession = 0;

@@ -116,7 +116,7 @@ void SlideshowViewModel::setZoom(double level, bool setBase)
         m_baseZoomLevel = level;
     // A slide at or below its fitted size has nothing to pan.
     if (level <= 1.0 && !m_zoomOffset.isNull()) {
-        m_zoomOffset = {};
+        m_zoomOffset = QSizeF(0, 0);
         Q_EMIT zoomOffsetChanged();
     }
 }

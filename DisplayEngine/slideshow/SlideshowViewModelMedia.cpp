@@ -71,35 +71,43 @@ void SlideshowViewModel::onTrashDone(const QUuid &itemId, bool resumeAfter, int 
         = std::find_if(m_images.cbegin(), m_images.cend(), [&](const ImageItem &item) { return item.id() == itemId; });
     if (HostShell::TrashOutcome(outcome) == HostShell::TrashOutcome::moved && trashed != m_images.cend()) {
         const QUrl url = trashed->url();
+        const std::optional<ImageItem> shown = currentItem();
+        const bool wasShown = shown && shown->url() == url;
         const int index = int(trashed - m_images.cbegin());
         // Every listing of the file goes: it is no longer there to show.
         const int before = int(std::count_if(
             m_images.cbegin(), m_images.cbegin() + index, [&](const ImageItem &item) { return item.url() == url; }));
-        m_images.removeIf([&](const ImageItem &item) { return item.url() == url; });
-        releaseClaim(url);
+        QList<ImageItem> remaining = m_images;
+        remaining.removeIf([&](const ImageItem &item) { return item.url() == url; });
+        if (wasShown)
+            releaseClaim(url);
         ++m_collagePoolGeneration;
         Q_EMIT collagePoolGenerationChanged();
-        Q_EMIT imagesChanged();
-        if (m_images.isEmpty()) {
+        if (!wasShown) {
+            // The user moved on while the host asked: the slide on screen stays.
+            replaceImages(std::move(remaining), shown);
+        } else if (remaining.isEmpty()) {
+            m_images.clear();
             m_currentIndex = 0;
             setLayer(true, std::nullopt);
             setLayer(false, std::nullopt);
-            Q_EMIT currentIndexChanged();
-            Q_EMIT progressTextChanged();
-            Q_EMIT currentImageRealFilenameChanged();
+            Q_EMIT imagesChanged();
+            announceCurrentIndex();
         } else {
+            m_images = std::move(remaining);
+            Q_EMIT imagesChanged();
             // The item after the trashed one moved into its place.
             int nextIndex = index - before;
             if (nextIndex >= m_images.size())
                 nextIndex = m_settings.loopSlideshow ? 0 : int(m_images.size()) - 1;
             m_currentIndex = nextIndex;
             claimCurrent();
-            Q_EMIT currentIndexChanged();
-            Q_EMIT progressTextChanged();
-            Q_EMIT currentImageRealFilenameChanged();
+            announceCurrentIndex();
             ++m_imagesViewedInSession;
             showCurrent(TransitionDirection::forward);
         }
+        if (m_collageWall)
+            m_collageWall->setPool(m_images, m_collagePoolGeneration);
     } else if (HostShell::TrashOutcome(outcome) == HostShell::TrashOutcome::failed) {
         qCWarning(lcEngine) << "The item was not moved to the trash:" << message;
     }

@@ -39,11 +39,8 @@ void SlideshowViewModel::showCurrent(TransitionDirection direction)
         m_settings.transitionStyle, m_transitionBudgetFallback, m_host.prefersReducedMotion()};
     const TransitionStyle style = SlideshowTransitionChoice::choose(input, m_random());
     const bool sameItem = outgoing && outgoing->id() == incoming->id();
+    // A new slide starts fitted; setZoom also drops the pan.
     setZoom(1.0, true);
-    if (!m_zoomOffset.isNull()) {
-        m_zoomOffset = {};
-        Q_EMIT zoomOffsetChanged();
-    }
     if (sameItem) {
         // Redraw in place: the slide did not change.
         m_imageUpdateTrigger = QUuid::createUuid();
@@ -73,7 +70,7 @@ void SlideshowViewModel::swapLayersAtOnce(const ImageItem &incoming)
         m_activeTransitionStyle = TransitionStyle::none;
         Q_EMIT activeTransitionStyleChanged();
     }
-    m_outgoingKenBurnsVector = {};
+    m_outgoingKenBurnsVector = QSizeF(0, 0);
     m_outgoingKenBurnsAmount = 0;
     m_kenBurnsProgress = 0;
     Q_EMIT outgoingKenBurnsVectorChanged();
@@ -115,7 +112,8 @@ void SlideshowViewModel::onTransitionFrame(qint64 generation)
         return;
     const double elapsed = m_clock.monotonicSeconds() - m_transitionStartedAt;
     const double linear = m_settings.transitionDuration > 0 ? elapsed / m_settings.transitionDuration : 1.0;
-    if (linear >= 1.0) {
+    // Frame times add up in floating point: the last frame may fall a hair short of the end.
+    if (linear >= 1.0 - 1e-9) {
         finishTransition();
         return;
     }

@@ -21,7 +21,8 @@ public:
     // The display of the key window; nothing when no window has focus.
     virtual std::optional<quint32> currentScreenId() const = 0;
     virtual std::unique_ptr<SlideshowWindowController> createWindow(
-        SlideshowViewModel &viewModel, const SlideshowScreen &screen) = 0;
+        SlideshowViewModel &viewModel, const SlideshowScreen &screen)
+        = 0;
 };
 
 } // namespace sorvane

@@ -3,13 +3,15 @@
 // written by another version or damaged.
 //
 // Whatever the file holds, the settings come out within their bounds; saving
-// them keeps every other key of the file as it was, and what was saved reads
-// back as the same settings.
+// them keeps every other key of the file as it was (a file that is not JSON is
+// kept aside whole), and what was saved reads back as the same settings. The
+// slideshow settings read and save the same way.
 
 #include "FuzzSupport.h"
 #include "collage/CollageSlideshowSettings.h"
 #include "collage/CollageSlideshowSettingsStore.h"
 #include "slideshow/PreferenceStore.h"
+#include "slideshow/SlideshowSettings.h"
 
 #include <QDir>
 #include <QFile>
@@ -74,12 +76,29 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         FUZZ_CHECK(fileObject(path) == before);
     }
 
+    const SlideshowSettings slideshow = SlideshowSettings::load(preferences);
+
     FUZZ_CHECK(!loaded.save(preferences).has_value());
+    FUZZ_CHECK(!slideshow.save(preferences).has_value());
     const QJsonObject after = fileObject(path);
     for (auto it = before.constBegin(); it != before.constEnd(); ++it) {
-        if (!it.key().startsWith(QLatin1StringView("collage.")))
+        if (!it.key().startsWith(QLatin1StringView("collage."))
+            && !it.key().startsWith(SlideshowSettings::preferenceKey))
             FUZZ_CHECK(after.value(it.key()) == it.value(), it.key().toUtf8());
     }
-    FUZZ_CHECK(same(Settings::load(PreferenceStore(folder.path())), loaded));
+    const PreferenceStore reopened(folder.path());
+    FUZZ_CHECK(same(Settings::load(reopened), loaded));
+    FUZZ_CHECK(SlideshowSettings::load(reopened) == slideshow);
+
+    // A file that was not a JSON object was set aside whole, never lost.
+    const QStringList kept = QDir(folder.path()).entryList({QStringLiteral("preferences.json.unreadable-*")});
+    const QByteArray input = fuzz::bytes(data, size);
+    const bool damaged = !input.isEmpty() && !QJsonDocument::fromJson(input).isObject();
+    FUZZ_CHECK(kept.size() == (damaged ? 1 : 0));
+    for (const QString &name : kept) {
+        QFile keptFile(folder.filePath(name));
+        FUZZ_CHECK(keptFile.open(QIODevice::ReadOnly) && keptFile.readAll() == input);
+        keptFile.remove();
+    }
     return 0;
 }

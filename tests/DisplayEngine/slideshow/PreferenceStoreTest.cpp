@@ -95,7 +95,7 @@ TEST_F(PreferenceStoreTest, EveryValueIsStoredWithItsTypeAndComesBackFromTheFile
     EXPECT_TRUE(PreferenceStore(folder()).contains(QStringLiteral("array")));
 }
 
-TEST_F(PreferenceStoreTest, ABrokenFileReadsAsEmptyAndStaysUntilTheNextWrite)
+TEST_F(PreferenceStoreTest, ABrokenFileReadsAsEmptyAndIsKeptAsideByTheNextWrite)
 {
     const QByteArray broken[] = {
         "{\"collage.flowScrollSpeed\": {\"type\": \"double\", \"value\": 3",
@@ -114,6 +114,15 @@ TEST_F(PreferenceStoreTest, ABrokenFileReadsAsEmptyAndStaysUntilTheNextWrite)
         ASSERT_EQ(store.setValue(QStringLiteral("k"), qint64(1)), std::nullopt);
         const PreferenceStore reopened(folder());
         EXPECT_EQ(reopened.integerValue(QStringLiteral("k")), 1) << bytes.toStdString();
+        const QStringList kept = QDir(folder()).entryList({QStringLiteral("preferences.json.unreadable-*")});
+        if (bytes.isEmpty()) {
+            EXPECT_TRUE(kept.isEmpty()) << "an empty file holds nothing to keep";
+        } else {
+            ASSERT_EQ(kept.size(), 1) << bytes.toStdString();
+            EXPECT_EQ(test::readAll(QDir(folder()).filePath(kept.first())), bytes);
+        }
+        for (const QString &name : kept)
+            QFile::remove(QDir(folder()).filePath(name));
     }
 }
 
