@@ -6,13 +6,14 @@
 #include "slideshow/Clock.h"
 #include "slideshow/DisplaySleepInhibitor.h"
 #include "slideshow/ImageClaimTracker.h"
+#include "slideshow/PhasedAdvances.h"
+#include "slideshow/SlideshowActionDispatch.h"
 #include "slideshow/SlideshowGlobalSettings.h"
 #include "slideshow/SlideshowScreenPlan.h"
 #include "slideshow/SlideshowViewModel.h"
 #include "slideshow/SlideshowWindowFactory.h"
 #include "slideshow/TimedNotice.h"
 
-#include <QPointer>
 #include <QRandomGenerator>
 
 #include <algorithm>
@@ -36,93 +37,14 @@ QString filterNotice(ImageFilter filter)
     return {};
 }
 
-// The action a menu command stands for; `stop` has none (it closes windows).
-std::optional<SlideshowAction> actionFor(SlideshowCommand command)
-{
-    switch (command) {
-    case SlideshowCommand::nextImage:
-        return SlideshowAction::nextImage;
-    case SlideshowCommand::previousImage:
-        return SlideshowAction::previousImage;
-    case SlideshowCommand::togglePlayPause:
-        return SlideshowAction::startStop;
-    case SlideshowCommand::toggleFullScreen:
-        return SlideshowAction::toggleFullScreen;
-    case SlideshowCommand::increaseDuration:
-        return SlideshowAction::increaseInterval;
-    case SlideshowCommand::decreaseDuration:
-        return SlideshowAction::decreaseInterval;
-    case SlideshowCommand::zoomIn:
-        return SlideshowAction::zoomIn;
-    case SlideshowCommand::zoomOut:
-        return SlideshowAction::zoomOut;
-    case SlideshowCommand::resetZoom:
-        return SlideshowAction::resetZoom;
-    case SlideshowCommand::toggleSortMode:
-        return SlideshowAction::toggleSortMode;
-    case SlideshowCommand::stop:
-        break;
-    }
-    return std::nullopt;
-}
-
-// A scoped action on one window (play and pause are set by the caller, so that linked
-// windows end in the same state).
-void apply(SlideshowViewModel &viewModel, SlideshowAction action)
-{
-    switch (action) {
-    case SlideshowAction::nextImage:
-        viewModel.next();
-        break;
-    case SlideshowAction::previousImage:
-        viewModel.previous();
-        break;
-    case SlideshowAction::increaseInterval:
-        viewModel.increaseInterval();
-        break;
-    case SlideshowAction::decreaseInterval:
-        viewModel.decreaseInterval();
-        break;
-    case SlideshowAction::toggleSortMode:
-        viewModel.toggleSortMode();
-        break;
-    case SlideshowAction::toggleCrossFade:
-        viewModel.toggleTransitions();
-        break;
-    case SlideshowAction::zoomIn:
-        viewModel.zoomIn();
-        break;
-    case SlideshowAction::zoomOut:
-        viewModel.zoomOut();
-        break;
-    case SlideshowAction::resetZoom:
-        viewModel.resetZoom();
-        break;
-    case SlideshowAction::cycleImageFilter:
-        viewModel.cycleImageFilter();
-        break;
-    case SlideshowAction::startStop:
-    case SlideshowAction::toggleFullScreen:
-    case SlideshowAction::showHelp:
-    case SlideshowAction::exit:
-    case SlideshowAction::moveToTrash:
-        break;
-    }
-}
-
 } // namespace
 
 struct SlideshowManager::State {
-    struct PhasedAdvance {
-        QUuid target;
-        TimerScheduler::TimerId timer;
-        quint64 ticket;
-    };
-
     State(Services services, SlideshowManager &owner)
         : services(services), global(services.preferences), appliedScope(global.controlScope()),
           scopeNotice(services.timers, noticeDuration, [&owner] { Q_EMIT owner.scopeChangeMessageChanged(); }),
-          filterNotice(services.timers, noticeDuration, [&owner] { Q_EMIT owner.filterChangeMessageChanged(); })
+          filterNotice(services.timers, noticeDuration, [&owner] { Q_EMIT owner.filterChangeMessageChanged(); }),
+          phased(services.timers)
     {
     }
 
@@ -137,9 +59,7 @@ struct SlideshowManager::State {
     QUuid leader;
     TimedNotice scopeNotice;
     TimedNotice filterNotice;
-    QList<PhasedAdvance> phased;
-    quint64 nextTicket = 0;
-    QHash<QUuid, QPointer<CollageWallModel>> wiredWalls;
+    PhasedAdvances phased;
     bool inhibiting = false;
     // Closed windows live until the run loop comes back, so that a window closed from
     // inside its own key handling is not destroyed under it.
@@ -158,7 +78,7 @@ SlideshowManager::SlideshowManager(Services services, QObject *parent)
 
 SlideshowManager::~SlideshowManager()
 {
-    cancelPhasedAdvances(std::nullopt);
+    d->phased.cancelAll();
     if (d->retireTimer)
         d->services.timers.cancel(*d->retireTimer);
     for (const ManagedSlideshow &slideshow : std::as_const(d->active)) {
@@ -215,13 +135,6 @@ QList<QUuid> SlideshowManager::launch(const SlideshowLaunchRequest &request, con
         viewModel->setUseTransientSettings(transientSettings);
         viewModel->setManager(this, d->claims);
         viewModel->setCoordinated(d->appliedScope != ControlScope::focusedOnly);
-        if (request.mode == SlideshowLaunchRequest::Mode::collage) {
-            viewModel->setCollageLayout(request.layout.value_or(CollageLayout::collage));
-            viewModel->enterCollage();
-        }
-        if (secondary && settings.secondarySlideshowStartsPaused)
-            viewModel->setPaused(true);
-
         std::unique_ptr<SlideshowWindowController> window = d->services.windows.createWindow(*viewModel, screen);
         if (!window) {
             qCWarning(lcEngine) << "No slideshow window could be made on display" << screen.name;
@@ -233,8 +146,15 @@ QList<QUuid> SlideshowManager::launch(const SlideshowLaunchRequest &request, con
         d->active.insert(slideshow.id, slideshow);
         d->order.append(slideshow.id);
         opened.append(slideshow.id);
+        // Watched before the wall appears, so that it joins the coordinator unbuilt.
         watch(*viewModel);
 
+        if (request.mode == SlideshowLaunchRequest::Mode::collage) {
+            viewModel->setCollageLayout(request.layout.value_or(CollageLayout::collage));
+            viewModel->enterCollage();
+        }
+        if (secondary && settings.secondarySlideshowStartsPaused)
+            viewModel->setPaused(true);
         viewModel->setFullScreen(settings.alwaysStartFullScreen);
         slideshow.windowController->show(settings.alwaysStartFullScreen);
         viewModel->start();
@@ -305,10 +225,7 @@ QUuid SlideshowManager::mirrorLeaderId() const
 
 QList<QUuid> SlideshowManager::pendingPhasedAdvances() const
 {
-    QList<QUuid> targets;
-    for (const State::PhasedAdvance &advance : std::as_const(d->phased))
-        targets.append(advance.target);
-    return targets;
+    return d->phased.pending();
 }
 
 ImageClaimTracker &SlideshowManager::imageClaimTracker() const
@@ -340,7 +257,7 @@ void SlideshowManager::send(SlideshowCommand command)
     const QUuid from = !d->focused.isNull() ? d->focused : d->order.value(0);
     if (from.isNull())
         return;
-    if (const std::optional<SlideshowAction> action = actionFor(command)) {
+    if (const std::optional<SlideshowAction> action = SlideshowActionDispatch::actionFor(command)) {
         perform(from, *action);
         return;
     }
@@ -382,7 +299,7 @@ void SlideshowManager::perform(const QUuid &from, SlideshowAction action)
     if (targets.isEmpty())
         return;
     if (action == SlideshowAction::nextImage || action == SlideshowAction::previousImage)
-        cancelPhasedAdvances(std::nullopt);
+        d->phased.cancelAll();
     // Play/pause leaves every reached window in the state the pressing window turns to.
     const SlideshowViewModel *reference = targets.contains(from) ? origin : viewModel(targets.first());
     const bool pause = !reference->isPaused();
@@ -393,7 +310,7 @@ void SlideshowManager::perform(const QUuid &from, SlideshowAction action)
         if (action == SlideshowAction::startStop)
             target->setPaused(pause);
         else
-            apply(*target, action);
+            SlideshowActionDispatch::apply(*target, action);
     }
 }
 
@@ -429,7 +346,7 @@ void SlideshowManager::setControlScope(ControlScope scope)
 
 void SlideshowManager::stopAll()
 {
-    cancelPhasedAdvances(std::nullopt);
+    d->phased.cancelAll();
     const QList<QUuid> ids = d->order;
     if (ids.isEmpty())
         return;
@@ -469,8 +386,7 @@ std::optional<ManagedSlideshow> SlideshowManager::take(const QUuid &id)
     ManagedSlideshow slideshow = *it;
     d->active.erase(it);
     d->order.removeAll(id);
-    d->wiredWalls.remove(id);
-    cancelPhasedAdvances(id);
+    d->phased.cancel(id);
 
     SlideshowViewModel &viewModel = *slideshow.viewModel;
     disconnect(&viewModel, nullptr, this, nullptr);
@@ -511,7 +427,7 @@ void SlideshowManager::retire(ManagedSlideshow slideshow)
 void SlideshowManager::announceRemoval()
 {
     if (d->active.isEmpty()) {
-        cancelPhasedAdvances(std::nullopt);
+        d->phased.cancelAll();
         if (d->inhibiting && d->services.sleepInhibitor)
             d->services.sleepInhibitor->release();
         d->inhibiting = false;
@@ -563,7 +479,7 @@ void SlideshowManager::advanceDue(const QUuid &id)
     // Linked: the first running window's timer times every window.
     if (id != driver())
         return;
-    cancelPhasedAdvances(std::nullopt);
+    d->phased.cancelAll();
     QList<QUuid> running;
     for (const QUuid &other : std::as_const(d->order)) {
         if (!viewModel(other)->isPaused())
@@ -579,26 +495,10 @@ void SlideshowManager::advanceDue(const QUuid &id)
     const double step = phaseStep(
         int(running.size()), due->slideDuration(), d->global.phaseDelayDivideEvenly(), d->global.phaseDelay());
     due->next(true);
-    for (qsizetype i = 1; i < running.size(); ++i) {
-        const QUuid target = running[i];
-        const quint64 ticket = ++d->nextTicket;
-        const TimerScheduler::TimerId timer = d->services.timers.scheduleOnce(double(i) * step, [this, target, ticket] {
-            d->phased.removeIf([ticket](const State::PhasedAdvance &advance) { return advance.ticket == ticket; });
-            SlideshowViewModel *phasedTarget = viewModel(target);
-            if (phasedTarget && !phasedTarget->isPaused())
-                phasedTarget->next(true);
-        });
-        d->phased.append({target, timer, ticket});
-    }
-}
-
-void SlideshowManager::cancelPhasedAdvances(const std::optional<QUuid> &target)
-{
-    d->phased.removeIf([&](const State::PhasedAdvance &advance) {
-        if (target && advance.target != *target)
-            return false;
-        d->services.timers.cancel(advance.timer);
-        return true;
+    d->phased.schedule(running, step, [this](const QUuid &window) {
+        SlideshowViewModel *target = viewModel(window);
+        if (target && !target->isPaused())
+            target->next(true);
     });
 }
 
@@ -625,7 +525,7 @@ void SlideshowManager::applyScope()
 {
     const ControlScope scope = d->global.controlScope();
     d->appliedScope = scope;
-    cancelPhasedAdvances(std::nullopt);
+    d->phased.cancelAll();
     for (const ManagedSlideshow &slideshow : std::as_const(d->active))
         slideshow.viewModel->setCoordinated(scope != ControlScope::focusedOnly);
     setMirrorLeader(scope == ControlScope::mirrored ? d->focused : QUuid());
@@ -658,11 +558,7 @@ void SlideshowManager::applyCollageRoles()
         CollageWallModel *wall = viewModel(id)->collageWall();
         if (!wall)
             continue;
-        // A new coordinator rebuilds a shown wall, so each wall gets it once.
-        if (d->wiredWalls.value(id).data() != wall) {
-            wall->setCoordinator(&d->coordinator);
-            d->wiredWalls.insert(id, wall);
-        }
+        wall->setCoordinator(&d->coordinator);
         CollageRole role = CollageRole::independent;
         if (d->appliedScope == ControlScope::mirrored)
             role = id == d->leader ? CollageRole::mirrorLeader : CollageRole::mirrorFollower;

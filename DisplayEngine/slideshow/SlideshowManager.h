@@ -128,7 +128,6 @@ private:
     void close(const QUuid &id);
     QList<QUuid> scopedTargets(const QUuid &from) const;
     void advanceDue(const QUuid &id);
-    void cancelPhasedAdvances(const std::optional<QUuid> &target);
     QUuid driver() const;
     void setFocused(const QUuid &id);
     void setMirrorLeader(const QUuid &id);

@@ -15,25 +15,15 @@ TimedNotice::~TimedNotice()
 
 void TimedNotice::show(const QString &text)
 {
+    // A new notice takes over the countdown: the one it replaces never clears it.
     if (m_timer)
         m_timers.cancel(*m_timer);
-    const quint64 generation = ++m_generation;
-    m_timer = m_timers.scheduleOnce(m_seconds, [this, generation] {
-        // A countdown that outlived its notice must not clear a newer one.
-        if (generation != m_generation)
-            return;
+    ++m_generation;
+    m_timer = m_timers.scheduleOnce(m_seconds, [this] {
         m_timer.reset();
         setText({});
     });
     setText(text);
-}
-
-void TimedNotice::clear()
-{
-    if (m_timer)
-        m_timers.cancel(*m_timer);
-    m_timer.reset();
-    setText({});
 }
 
 void TimedNotice::setText(const QString &text)

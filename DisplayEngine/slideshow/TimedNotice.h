@@ -10,7 +10,7 @@
 namespace sorvane {
 
 // A short text shown for a while, then cleared by itself through the injected timers.
-// Each new text starts its own countdown, so only the newest notice clears.
+// Each new text restarts the countdown, so only the newest notice clears.
 class TimedNotice {
 public:
     // `changed` is called whenever the text changes; `timers` must outlive the notice.
@@ -20,11 +20,10 @@ public:
     TimedNotice &operator=(const TimedNotice &) = delete;
 
     const QString &text() const { return m_text; }
-    // Numbers the notices shown so far; a countdown clears only its own generation.
+    // Numbers the notices shown so far.
     quint64 generation() const { return m_generation; }
 
     void show(const QString &text);
-    void clear();
 
 private:
     void setText(const QString &text);
