@@ -1,4 +1,5 @@
 #include "slideshow/SlideshowManager.h"
+#include "collage/CollageWallModel.h"
 #include "slideshow/DisplaySleepInhibitor.h"
 #include "slideshow/ImageClaimTracker.h"
 #include "slideshow/InMemoryPreferences.h"
@@ -196,6 +197,10 @@ TEST(SlideshowManager, LaunchOpensWindowsThenSecondariesTakeTheirOrderAndPause)
             EXPECT_EQ(h.vm(i).manager(), &h.manager);
             EXPECT_TRUE(h.windows.records[i]->fullScreen);
         }
+        // Linked play/pause leaves every window in the state the pressing one turns to.
+        h.manager.perform(h.manager.activeSlideshowIds().last(), SlideshowAction::startStop);
+        for (int i = 0; i < count + row.secondLaunchAdds; ++i)
+            EXPECT_EQ(h.vm(i).isPaused(), !row.startsPaused) << i;
     }
 }
 
@@ -315,11 +320,13 @@ TEST(SlideshowManager, LinkedWindowsAdvanceTogetherOrPhasedAndAClosedWindowLoses
         EXPECT_EQ(h.manager.pendingPhasedAdvances(), row.step == 0 ? QList<QUuid>() : ids.mid(1));
         if (row.step == 0)
             continue;
-        h.time.advance(row.step);
+        h.time.advance(row.step - 0.02);
+        EXPECT_EQ(h.shown(1), before[1]);
+        h.time.advance(0.04);
         EXPECT_NE(h.shown(1), before[1]);
         h.manager.windowClosed(ids[2]);
         EXPECT_TRUE(h.manager.pendingPhasedAdvances().isEmpty());
-        h.time.advance(5.0 - row.step + 0.01);
+        h.time.advance(5.0 - row.step);
         EXPECT_EQ(h.manager.pendingPhasedAdvances(), QList<QUuid> {ids[1]});
         h.manager.perform(ids[0], SlideshowAction::nextImage);
         EXPECT_TRUE(h.manager.pendingPhasedAdvances().isEmpty());
@@ -370,6 +377,31 @@ TEST(SlideshowManager, MirrorFollowsTheLeaderAndHandsLeadershipOnWhenItCloses)
     const QString third = h.shown(1);
     EXPECT_NE(third, second);
     EXPECT_EQ(h.allShown(), QStringList({third, third}));
+}
+
+TEST(SlideshowManager, CollageWallsFollowTheMirrorLeader)
+{
+    Harness h(ControlScope::mirrored);
+    const QList<QUuid> ids = h.manager.launch({SlideshowLaunchRequest::Mode::collage, CollageLayout::scatter}, h.items,
+        Harness::inOrder(), SortMode::sequential);
+    ASSERT_EQ(ids.size(), 1);
+    h.launch();
+    const auto roles = [&h] {
+        QList<CollageRole> result;
+        for (int i = 0; i < h.manager.activeSlideshowIds().size(); ++i)
+            result.append(h.vm(i).collageWall() ? h.vm(i).collageWall()->role() : CollageRole::independent);
+        return result;
+    };
+    EXPECT_EQ(h.vm(0).collageLayout(), CollageLayout::scatter);
+    using enum CollageRole;
+    EXPECT_EQ(roles(), QList<CollageRole>({mirrorLeader, independent, independent}));
+    h.vm(2).enterCollage(); // a wall that appears later takes its role too
+    EXPECT_EQ(roles(), QList<CollageRole>({mirrorLeader, independent, mirrorFollower}));
+    h.manager.windowFocused(h.manager.activeSlideshowIds()[2]);
+    h.manager.windowClosed(ids[0]);
+    EXPECT_EQ(roles(), QList<CollageRole>({independent, mirrorLeader}));
+    h.manager.setControlScope(ControlScope::all);
+    EXPECT_EQ(roles(), QList<CollageRole>({independent, independent}));
 }
 
 TEST(SlideshowManager, WindowOnlyActionsStayInTheirWindow)
