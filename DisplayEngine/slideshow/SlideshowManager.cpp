@@ -167,9 +167,10 @@ QList<QUuid> SlideshowManager::launch(const SlideshowLaunchRequest &request, con
     d->inhibiting = true;
     if (d->focused.isNull())
         setFocused(opened.first());
-    if (d->appliedScope == ControlScope::mirrored && d->leader.isNull())
+    if (d->appliedScope == ControlScope::mirrored && d->leader.isNull()) {
         setMirrorLeader(d->focused);
-    else {
+    } else {
+        // New windows join the walls' roles and, when mirrored, show the leader's item.
         applyCollageRoles();
         mirrorLeaderShown();
     }
@@ -394,10 +395,10 @@ std::optional<ManagedSlideshow> SlideshowManager::take(const QUuid &id)
     viewModel.stop();
     if (shown) {
         // The file stays claimed while another window still shows it (a mirror, or
-        // fewer files than windows).
+        // fewer files than windows); a wall holds no claim.
         const bool stillShown = std::any_of(d->active.cbegin(), d->active.cend(), [&](const ManagedSlideshow &other) {
             const std::optional<ImageItem> item = other.viewModel->currentItem();
-            return item && item->url() == shown->url();
+            return other.viewModel->displayMode() == DisplayMode::standard && item && item->url() == shown->url();
         });
         if (stillShown)
             d->claims->claim(shown->url());

@@ -23,27 +23,22 @@ using Target = SlideshowLaunchRequest::MonitorTarget;
 
 namespace {
 
+// What a test sees of a window; the window itself belongs to the manager.
 struct WindowRecord {
-    quint32 screenId = 0;
+    SlideshowScreen screen;
     bool fullScreen = false;
     bool closed = false;
 };
 
 class FakeWindow final : public SlideshowWindowController {
 public:
-    FakeWindow(std::shared_ptr<WindowRecord> record, SlideshowScreen screen)
-        : m_record(std::move(record)), m_screen(std::move(screen))
-    {
-    }
-    void show(bool fullScreen) override { m_record->fullScreen = fullScreen; }
-    void setFullScreen(bool fullScreen) override { m_record->fullScreen = fullScreen; }
-    bool isFullScreen() const override { return m_record->fullScreen; }
-    void close() override { m_record->closed = true; }
-    std::optional<SlideshowScreen> screen() const override { return m_screen; }
-
-private:
-    std::shared_ptr<WindowRecord> m_record;
-    SlideshowScreen m_screen;
+    explicit FakeWindow(std::shared_ptr<WindowRecord> record) : record(std::move(record)) { }
+    void show(bool fullScreen) override { record->fullScreen = fullScreen; }
+    void setFullScreen(bool fullScreen) override { record->fullScreen = fullScreen; }
+    bool isFullScreen() const override { return record->fullScreen; }
+    void close() override { record->closed = true; }
+    std::optional<SlideshowScreen> screen() const override { return record->screen; }
+    std::shared_ptr<WindowRecord> record;
 };
 
 class FakeWindows final : public SlideshowWindowFactory {
@@ -53,8 +48,8 @@ public:
     std::unique_ptr<SlideshowWindowController> createWindow(
         SlideshowViewModel &, const SlideshowScreen &screen) override
     {
-        records.append(std::make_shared<WindowRecord>(WindowRecord {screen.id}));
-        return std::make_unique<FakeWindow>(records.last(), screen);
+        records.append(std::make_shared<WindowRecord>(WindowRecord {screen}));
+        return std::make_unique<FakeWindow>(records.last());
     }
 
     // Ids 1..3 from right to left, so the first display is not the first listed.
@@ -186,7 +181,7 @@ TEST(SlideshowManager, LaunchOpensWindowsThenSecondariesTakeTheirOrderAndPause)
         const QList<QUuid> ids = h.launch(row.target, settings);
         const int count = row.target == Target::all ? 3 : 1;
         ASSERT_EQ(ids.size(), count);
-        EXPECT_EQ(h.windows.records.first()->screenId, row.target == Target::all ? 3u : 1u);
+        EXPECT_EQ(h.windows.records.first()->screen.id, row.target == Target::all ? 3u : 1u);
         EXPECT_EQ(h.manager.focusedSlideshowId(), ids.first());
         EXPECT_TRUE(h.inhibitor.held);
         h.launch(row.target, settings);
