@@ -5,18 +5,13 @@
 #include "slideshow/HostShell.h"
 #include "slideshow/ImageClaimTracker.h"
 #include "slideshow/Preferences.h"
+#include "slideshow/SlideshowGlobalSettings.h"
 #include "slideshow/SlideshowOrder.h"
 #include "slideshow/SlideshowStepRule.h"
 
 #include <algorithm>
 
 namespace sorvane {
-
-namespace {
-
-const QString duplicateAvoidanceKey = QStringLiteral("slideshow.globalSettings.duplicateAvoidance");
-
-} // namespace
 
 SlideshowViewModel::SlideshowViewModel(Services services, QList<ImageItem> items, SlideshowSettings settings,
     SortMode sortMode, quint64 seed, QObject *parent)
@@ -341,7 +336,7 @@ bool SlideshowViewModel::duplicateAvoidanceApplies() const
 {
     if (!m_claims)
         return false;
-    return m_preferences.boolValue(duplicateAvoidanceKey).value_or(true);
+    return SlideshowGlobalSettings::readDuplicateAvoidance(m_preferences);
 }
 
 void SlideshowViewModel::claimCurrent()

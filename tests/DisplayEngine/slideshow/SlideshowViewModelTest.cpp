@@ -1,5 +1,7 @@
 #include "SlideshowTestHost.h"
 
+#include "support/LogCapture.h"
+
 #include "collage/CollageWallModel.h"
 #include "slideshow/ImageClaimTracker.h"
 #include "slideshow/SlideshowTransitionChoice.h"
@@ -56,6 +58,37 @@ TEST(SlideshowViewModel, IntervalChangeReschedulesTheAdvance)
     model->decreaseInterval();
     rig.time.advance(60);
     EXPECT_EQ(model->currentIndex(), 1);
+}
+
+TEST(SlideshowViewModel, SettingsChangedHereAreStoredUnlessTransient)
+{
+    const struct {
+        bool transient;
+        bool failWrites;
+        bool stored;
+        size_t warnings;
+    } rows[] = {{false, false, true, 0}, {true, false, false, 0}, {false, true, false, 2}};
+    for (const auto &row : rows) {
+        SlideshowRig rig;
+        rig.preferences.failWrites = row.failWrites;
+        SlideshowSettings settings;
+        settings.transitionStyle = TransitionStyle::none;
+        auto model = rig.make(numberedItems(3), settings);
+        model->setUseTransientSettings(row.transient);
+        model->start();
+        LogCapture log;
+        model->increaseInterval();
+        model->toggleTransitions();
+        const std::vector<std::string> lines = log.take();
+        EXPECT_EQ(lines.size(), row.warnings);
+        SlideshowSettings expected = settings;
+        expected.defaultDuration = 6;
+        expected.transitionStyle = TransitionStyle::crossFade;
+        EXPECT_EQ(model->settings(), expected);
+        EXPECT_EQ(SlideshowSettings::load(rig.preferences) == expected, row.stored);
+        rig.time.advance(6.01);
+        EXPECT_EQ(model->currentIndex(), 1) << "the show goes on";
+    }
 }
 
 TEST(SlideshowViewModel, ZoomStaysWithinItsBoundsAndShowsOrHidesControls)
