@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 using namespace sorvane;
 using namespace sorvane::test;
 
@@ -303,6 +305,30 @@ TEST(SlideshowViewModel, ANewTransitionSupersedesTheRunningOne)
     EXPECT_DOUBLE_EQ(firstLayer ? model->primaryOpacity() : model->secondaryOpacity(), 1.0);
     EXPECT_DOUBLE_EQ(firstLayer ? model->secondaryOpacity() : model->primaryOpacity(), 0.0);
     EXPECT_FALSE(firstLayer ? model->secondaryImage() : model->primaryImage());
+}
+
+TEST(SlideshowViewModel, KenBurnsDriftRunsThroughTheHoldAndWaitsWhilePaused)
+{
+    SlideshowRig rig;
+    SlideshowSettings settings;
+    settings.transitionStyle = TransitionStyle::kenBurns; // 0.6 s transition + 5 s hold = 5.6 s of drift
+    auto model = rig.make(numberedItems(3), settings);
+    model->start();
+    rig.time.advance(1);
+    const QSizeF first = model->kenBurnsVector();
+    model->next();
+    EXPECT_EQ(model->outgoingKenBurnsVector(), first);
+    EXPECT_NEAR(std::hypot(model->kenBurnsVector().width(), model->kenBurnsVector().height()), 1.0, 1e-9);
+    EXPECT_NE(model->kenBurnsVector(), first) << "each slide drifts its own way";
+    rig.time.advance(2.8);
+    EXPECT_NEAR(model->kenBurnsProgress(), 0.5, 0.01);
+    model->setPaused(true);
+    rig.time.advance(30);
+    EXPECT_NEAR(model->kenBurnsProgress(), 0.5, 0.01);
+    model->setPaused(false);
+    rig.time.advance(2.9);
+    EXPECT_DOUBLE_EQ(model->kenBurnsProgress(), 1.0);
+    EXPECT_EQ(model->currentIndex(), 1);
 }
 
 TEST(SlideshowViewModel, StopAndDestructionLeaveNoTimerBehind)
