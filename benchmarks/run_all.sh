@@ -24,7 +24,7 @@ if [[ ! -f "$BUILD_DIR/build.ninja" ]]; then
 fi
 PLAYER_BENCH=${PLAYER_BENCH:-1}
 WALL_BENCH=${WALL_BENCH:-1}
-targets=(bench_open bench_make_photos bench_flow_frame sorvane)
+targets=(bench_open bench_make_photos bench_flow_frame bench_slideshow sorvane)
 [[ "$PLAYER_BENCH" == 0 ]] || targets+=(SorvanePlayer)
 [[ "$WALL_BENCH" == 0 ]] || targets+=(bench_wall)
 cmake --build "$BUILD_DIR" --target "${targets[@]}"
@@ -39,6 +39,10 @@ echo "== Opening a bundle (bench_open) =="
 echo
 echo "== One Flow wall frame (bench_flow_frame) =="
 "$BUILD_DIR/bin/bench_flow_frame" | tee "$logs/flow"
+
+echo
+echo "== Slideshow order and steps (bench_slideshow) =="
+"$BUILD_DIR/bin/bench_slideshow" | tee "$logs/slideshow"
 
 echo
 echo "== Full verification (sha256_vs_openssl.sh) =="
@@ -70,6 +74,7 @@ echo "load average now: $(cut -d' ' -f1-3 /proc/loadavg) (figures are noisy when
 grep -E '^open median' "$logs/open"
 grep -E '^ +(JSON parse|manifest build|file checks|play order)' "$logs/open"
 grep -E '^frame median' "$logs/flow"
+grep -E '^(view model in path order|sort -V|ratio ours/sort|next) median|^ratio ours/sort' "$logs/slideshow"
 grep -E 'median .*GB/s|^ratio' "$logs/sha"
 grep -E '^ratio ours/baseline|^peak resident' "$logs/export"
 if [[ "$PLAYER_BENCH" != 0 ]]; then

@@ -1,5 +1,7 @@
 #include "slideshow/NaturalPathOrder.h"
 
+#include <algorithm>
+
 namespace sorvane {
 
 namespace {
@@ -8,39 +10,59 @@ namespace {
 // digits without leading zeros: the shorter number sorts first, and equal lengths
 // compare digit by digit. The marker is the lowest digit, so numbers keep their
 // usual place relative to punctuation and letters.
-constexpr char16_t digitRunMarker = u'0';
+constexpr char digitRunMarker = '0';
+// A count takes one byte; longer runs are not numbers anyone sorts by.
+constexpr qsizetype longestCountedRun = 255;
+
+int digitOf(QChar ch)
+{
+    const char16_t unit = ch.unicode();
+    if (unit < 0x80)
+        return unit >= u'0' && unit <= u'9' ? unit - u'0' : -1;
+    return ch.digitValue();
+}
 
 } // namespace
 
-QString NaturalPathOrder::sortKey(QStringView path)
+std::string NaturalPathOrder::sortKey(QStringView path)
 {
-    const QString folded = path.toString().toCaseFolded();
-    QString key;
-    key.reserve(folded.size() + 8);
-    const qsizetype n = folded.size();
+    std::string key;
+    appendSortKey(path, key);
+    return key;
+}
+
+void NaturalPathOrder::appendSortKey(QStringView path, std::string &key)
+{
+    const qsizetype n = path.size();
     qsizetype i = 0;
     while (i < n) {
-        const QChar ch = folded.at(i);
-        if (ch.digitValue() < 0) {
-            key.append(ch);
+        const char16_t unit = path.at(i).unicode();
+        if (unit < 0x80 && !(unit >= u'0' && unit <= u'9')) {
+            key.push_back(char(unit >= u'A' && unit <= u'Z' ? unit + (u'a' - u'A') : unit));
             ++i;
             continue;
         }
+        if (digitOf(path.at(i)) < 0) {
+            // Other scripts: fold a whole run at once; UTF-8 keeps code point order.
+            qsizetype end = i + 1;
+            while (end < n && path.at(end).unicode() >= 0x80 && digitOf(path.at(end)) < 0)
+                ++end;
+            key += path.sliced(i, end - i).toString().toCaseFolded().toStdString();
+            i = end;
+            continue;
+        }
         qsizetype end = i;
-        while (end < n && folded.at(end).digitValue() >= 0)
+        while (end < n && digitOf(path.at(end)) >= 0)
             ++end;
         qsizetype first = i;
-        while (first < end - 1 && folded.at(first).digitValue() == 0)
+        while (first < end - 1 && digitOf(path.at(first)) == 0)
             ++first;
-        const qsizetype digits = end - first;
-        key.append(QChar(digitRunMarker));
-        // A run longer than a code unit can count is not a number anyone sorts by.
-        key.append(QChar(char16_t(std::min<qsizetype>(digits, 0xFFFF))));
+        key.push_back(digitRunMarker);
+        key.push_back(char(std::min(end - first, longestCountedRun)));
         for (qsizetype d = first; d < end; ++d)
-            key.append(QChar(char16_t(u'0' + folded.at(d).digitValue())));
+            key.push_back(char('0' + digitOf(path.at(d))));
         i = end;
     }
-    return key;
 }
 
 QString NaturalPathOrder::pathOf(const QUrl &url)

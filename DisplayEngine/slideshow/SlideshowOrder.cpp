@@ -6,25 +6,52 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <numeric>
 #include <random>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace sorvane {
 
 namespace {
 
-// Sorts by precomputed keys and rebuilds the list: items are moved once, keys are
-// compared without recomputing anything.
-template <typename Key> QList<ImageItem> sortedByKeys(QList<ImageItem> items, const std::vector<Key> &keys)
+// Sorts by precomputed keys, a date (or none) then the natural path key, and rebuilds
+// the list: each item is copied once, and a comparison only compares bytes. Equal keys
+// keep the given order, which makes the sort stable.
+QList<ImageItem> sortedByKeys(const QList<ImageItem> &items, const std::vector<qint64> &dates)
 {
-    std::vector<qsizetype> order(size_t(items.size()));
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(), [&](qsizetype a, qsizetype b) { return keys[a] < keys[b]; });
+    std::string buffer;
+    buffer.reserve(size_t(items.size()) * 64);
+    std::vector<size_t> ends;
+    ends.reserve(size_t(items.size()));
+    for (const ImageItem &item : items) {
+        NaturalPathOrder::appendSortKey(NaturalPathOrder::pathOf(item.url()), buffer);
+        ends.push_back(buffer.size());
+    }
+    struct Entry {
+        qint64 date;
+        std::string_view key;
+        qsizetype index;
+    };
+    std::vector<Entry> entries;
+    entries.reserve(ends.size());
+    size_t begin = 0;
+    for (size_t i = 0; i < ends.size(); ++i) {
+        entries.push_back(
+            {dates.empty() ? 0 : dates[i], std::string_view(buffer).substr(begin, ends[i] - begin), qsizetype(i)});
+        begin = ends[i];
+    }
+    std::sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
+        if (a.date != b.date)
+            return a.date < b.date;
+        if (const int order = a.key.compare(b.key))
+            return order < 0;
+        return a.index < b.index;
+    });
     QList<ImageItem> result;
     result.reserve(items.size());
-    for (const qsizetype index : order)
-        result.append(std::move(items[index]));
+    for (const Entry &entry : entries)
+        result.append(items.at(entry.index));
     return result;
 }
 
@@ -72,24 +99,19 @@ void SlideshowOrder::shuffle(QList<ImageItem> &items, quint64 seed)
 
 QList<ImageItem> SlideshowOrder::byPath(QList<ImageItem> items)
 {
-    std::vector<QString> keys;
-    keys.reserve(size_t(items.size()));
-    for (const ImageItem &item : items)
-        keys.push_back(NaturalPathOrder::sortKey(NaturalPathOrder::pathOf(item.url())));
-    return sortedByKeys(std::move(items), keys);
+    return sortedByKeys(items, {});
 }
 
 QList<ImageItem> SlideshowOrder::byDate(QList<ImageItem> items, bool creation)
 {
     // Items without any date sort last.
-    std::vector<std::pair<qint64, QString>> keys;
-    keys.reserve(size_t(items.size()));
+    std::vector<qint64> dates;
+    dates.reserve(size_t(items.size()));
     for (const ImageItem &item : items) {
         const QDateTime time = fileTime(item, creation);
-        keys.emplace_back(time.isValid() ? time.toMSecsSinceEpoch() : std::numeric_limits<qint64>::max(),
-            NaturalPathOrder::sortKey(NaturalPathOrder::pathOf(item.url())));
+        dates.push_back(time.isValid() ? time.toMSecsSinceEpoch() : std::numeric_limits<qint64>::max());
     }
-    return sortedByKeys(std::move(items), keys);
+    return sortedByKeys(items, dates);
 }
 
 } // namespace sorvane

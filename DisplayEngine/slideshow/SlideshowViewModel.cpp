@@ -5,18 +5,13 @@
 #include "slideshow/HostShell.h"
 #include "slideshow/ImageClaimTracker.h"
 #include "slideshow/Preferences.h"
+#include "slideshow/SlideshowGlobalSettings.h"
 #include "slideshow/SlideshowOrder.h"
 #include "slideshow/SlideshowStepRule.h"
 
 #include <algorithm>
 
 namespace sorvane {
-
-namespace {
-
-const QString duplicateAvoidanceKey = QStringLiteral("slideshow.globalSettings.duplicateAvoidance");
-
-} // namespace
 
 SlideshowViewModel::SlideshowViewModel(Services services, QList<ImageItem> items, SlideshowSettings settings,
     SortMode sortMode, quint64 seed, QObject *parent)
@@ -341,7 +336,7 @@ bool SlideshowViewModel::duplicateAvoidanceApplies() const
 {
     if (!m_claims)
         return false;
-    return m_preferences.boolValue(duplicateAvoidanceKey).value_or(true);
+    return SlideshowGlobalSettings::readDuplicateAvoidance(m_preferences);
 }
 
 void SlideshowViewModel::claimCurrent()
@@ -400,7 +395,7 @@ void SlideshowViewModel::next(bool automatic)
         showCurrent(TransitionDirection::forward);
         return;
     }
-    moveTo(-1, TransitionDirection::forward);
+    step(TransitionDirection::forward);
 }
 
 void SlideshowViewModel::previous()
@@ -411,20 +406,16 @@ void SlideshowViewModel::previous()
     }
     if (m_images.isEmpty())
         return;
-    moveTo(-1, TransitionDirection::backward);
+    step(TransitionDirection::backward);
 }
 
-void SlideshowViewModel::moveTo(int index, TransitionDirection direction)
+void SlideshowViewModel::step(TransitionDirection direction)
 {
     const bool forward = direction == TransitionDirection::forward;
-    const int count = int(m_images.size());
-    int target = index;
     const bool avoid = duplicateAvoidanceApplies();
-    if (target < 0) {
-        target = avoid
-            ? SlideshowStepRule::freeStep(m_images, m_currentIndex, forward, m_settings.loopSlideshow, *m_claims)
-            : SlideshowStepRule::plainStep(m_currentIndex, count, forward, m_settings.loopSlideshow);
-    }
+    const int target = avoid
+        ? SlideshowStepRule::freeStep(m_images, m_currentIndex, forward, m_settings.loopSlideshow, *m_claims)
+        : SlideshowStepRule::plainStep(m_currentIndex, int(m_images.size()), forward, m_settings.loopSlideshow);
     if (target == m_currentIndex) {
         // Nothing to move to: the slide stays and its time starts again.
         scheduleAdvance();
@@ -463,6 +454,9 @@ void SlideshowViewModel::showMirrored(const ImageItem &item, TransitionDirection
     if (found == m_images.cend())
         return;
     const int index = int(found - m_images.cbegin());
+    // The leader of the mirror holds the claim on the file; this window holds none.
+    if (m_claimedUrl)
+        releaseClaim(*m_claimedUrl);
     if (index == m_currentIndex) {
         showCurrent(direction);
         return;
@@ -515,7 +509,15 @@ void SlideshowViewModel::replaceImages(QList<ImageItem> ordered, const std::opti
         Q_EMIT currentIndexChanged();
     Q_EMIT progressTextChanged();
     const std::optional<ImageItem> now = currentItem();
-    if (m_isActive && now && (!keep || !(*now == *keep))) {
+    if (m_isActive && !now) {
+        // Nothing left to show.
+        cancelAdvance();
+        if (m_claimedUrl)
+            releaseClaim(*m_claimedUrl);
+        setLayer(true, std::nullopt);
+        setLayer(false, std::nullopt);
+        Q_EMIT currentImageRealFilenameChanged();
+    } else if (m_isActive && now && (!keep || !(*now == *keep))) {
         // Another item took the place of the one on screen.
         if (m_claimedUrl && *m_claimedUrl != now->url())
             releaseClaim(*m_claimedUrl);

@@ -292,8 +292,8 @@ private:
     void setCurrentIndex(int index);
     // The index, the progress text and the file name follow the current item.
     void announceCurrentIndex();
-    // Moves to `index`, or takes a step when it is negative, and shows the item.
-    void moveTo(int index, TransitionDirection direction);
+    // One step by the step rule; shows the item it leads to.
+    void step(TransitionDirection direction);
     void showCurrent(TransitionDirection direction);
     void claimCurrent();
     void releaseClaim(const QUrl &url);
@@ -305,6 +305,8 @@ private:
     void setLayer(bool primary, const std::optional<ImageItem> &item);
     void setLayerOpacities(double primary, double secondary);
     void drawKenBurnsVector();
+    // The current slide's drift starts now (held while the show is paused).
+    void restartKenBurns();
     void startKenBurnsClock();
     void onKenBurnsFrame();
     void scheduleAdvance();

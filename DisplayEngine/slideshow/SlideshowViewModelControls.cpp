@@ -1,7 +1,6 @@
 // Interval, zoom and pan, the control overlay, filters and settings of a slideshow window.
 #include "slideshow/SlideshowViewModel.h"
 
-#include "EngineLog.h"
 #include "slideshow/HostShell.h"
 
 #include <algorithm>
@@ -96,7 +95,8 @@ void SlideshowViewModel::persistSettings()
 {
     if (m_useTransientSettings)
         return;
-    // Written back once the settings record can be stored.
+    // A failed save is logged where it happens; the show plays on with the values it has.
+    m_settings.save(m_preferences);
 }
 
 // Zoom and pan.

@@ -38,18 +38,17 @@ void SlideshowViewModel::showCurrent(TransitionDirection direction)
     const SlideshowTransitionChoice::Input input {*incoming, outgoing ? &*outgoing : nullptr,
         m_settings.transitionStyle, m_transitionBudgetFallback, m_host.prefersReducedMotion()};
     const TransitionStyle style = SlideshowTransitionChoice::choose(input, m_random());
-    const bool sameItem = outgoing && outgoing->id() == incoming->id();
-    // A new slide starts fitted; setZoom also drops the pan.
-    setZoom(1.0, true);
-    if (sameItem) {
+    if (outgoing && outgoing->id() == incoming->id()) {
         // Redraw in place: the slide did not change.
         m_imageUpdateTrigger = QUuid::createUuid();
         Q_EMIT imageUpdateTriggerChanged();
-    } else if (style == TransitionStyle::none || m_settings.transitionDuration <= 0) {
-        swapLayersAtOnce(*incoming);
-        m_kenBurnsStart = m_clock.monotonicSeconds();
     } else {
-        startTransition(*incoming, style, direction);
+        // A new slide starts fitted; setZoom also drops the pan.
+        setZoom(1.0, true);
+        if (style == TransitionStyle::none || m_settings.transitionDuration <= 0)
+            swapLayersAtOnce(*incoming);
+        else
+            startTransition(*incoming, style, direction);
     }
     updateVideoHold();
     startKenBurnsClock();
@@ -72,10 +71,9 @@ void SlideshowViewModel::swapLayersAtOnce(const ImageItem &incoming)
     }
     m_outgoingKenBurnsVector = QSizeF(0, 0);
     m_outgoingKenBurnsAmount = 0;
-    m_kenBurnsProgress = 0;
     Q_EMIT outgoingKenBurnsVectorChanged();
     Q_EMIT outgoingKenBurnsAmountChanged();
-    Q_EMIT kenBurnsProgressChanged();
+    restartKenBurns();
 }
 
 void SlideshowViewModel::startTransition(
@@ -87,9 +85,7 @@ void SlideshowViewModel::startTransition(
     Q_EMIT outgoingKenBurnsVectorChanged();
     Q_EMIT outgoingKenBurnsAmountChanged();
     drawKenBurnsVector();
-    m_kenBurnsProgress = 0;
-    m_kenBurnsStart = m_clock.monotonicSeconds();
-    Q_EMIT kenBurnsProgressChanged();
+    restartKenBurns();
 
     setLayer(!m_isPrimaryLayerActive, incoming);
     m_activeTransitionStyle = style;
@@ -178,6 +174,16 @@ void SlideshowViewModel::drawKenBurnsVector()
     const double angle = std::uniform_real_distribution<double>(0.0, 2 * M_PI)(m_random);
     m_kenBurnsVector = QSizeF(std::cos(angle), std::sin(angle));
     Q_EMIT kenBurnsVectorChanged();
+}
+
+void SlideshowViewModel::restartKenBurns()
+{
+    const double now = m_clock.monotonicSeconds();
+    m_kenBurnsStart = now;
+    if (m_isPaused)
+        m_pausedAt = now;
+    m_kenBurnsProgress = 0;
+    Q_EMIT kenBurnsProgressChanged();
 }
 
 void SlideshowViewModel::startKenBurnsClock()

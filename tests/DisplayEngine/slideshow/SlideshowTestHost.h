@@ -31,6 +31,20 @@ public:
     TrashDone pending;
 };
 
+// Preferences whose writes a test can make fail, as a full disk would.
+class FlakyPreferences final : public Preferences {
+public:
+    std::optional<PreferenceValue> value(const QString &key) const override { return store.value(key); }
+    std::optional<QString> setValues(const QList<Entry> &entries) override
+    {
+        return failWrites ? std::optional<QString>(QStringLiteral("disk full")) : store.setValues(entries);
+    }
+    std::optional<QString> remove(const QString &key) override { return store.remove(key); }
+
+    InMemoryPreferences store;
+    bool failWrites = false;
+};
+
 // Local items /show/img1.jpg ... in that order.
 inline QList<ImageItem> numberedItems(int count)
 {
@@ -43,7 +57,7 @@ inline QList<ImageItem> numberedItems(int count)
 // Everything a view model needs, with no display and time that moves only on request.
 struct SlideshowRig {
     FakeTime time;
-    InMemoryPreferences preferences;
+    FlakyPreferences preferences;
     ScriptedHost host;
 
     std::unique_ptr<SlideshowViewModel> make(
