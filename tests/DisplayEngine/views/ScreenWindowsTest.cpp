@@ -11,39 +11,28 @@
 namespace sorvane {
 namespace {
 
-enum class Change { geometry, added, removed };
-
-void announce(Change change, QScreen *screen)
-{
-    switch (change) {
-    case Change::geometry:
-        Q_EMIT screen->geometryChanged(screen->geometry());
-        break;
-    case Change::added:
-        Q_EMIT qApp->screenAdded(screen);
-        break;
-    case Change::removed:
-        Q_EMIT qApp->screenRemoved(screen);
-        break;
-    }
-}
+// What the system says when a screen changes size, comes or goes.
+using Announce = void (*)(QScreen *);
+const Announce resized = [](QScreen *screen) { Q_EMIT screen->geometryChanged(screen->geometry()); };
+const Announce added = [](QScreen *screen) { Q_EMIT qApp->screenAdded(screen); };
+const Announce removed = [](QScreen *screen) { Q_EMIT qApp->screenRemoved(screen); };
 
 TEST(ScreenWindows, ScreenChangesRebuildOpenWindowsOnceTheySettle)
 {
     const struct {
         const char *name;
-        Change change;
+        Announce change;
         int burst; // changes in a row, 0.1 s apart
         bool closeFirst; // the windows were closed before the change
         bool closeOnNotice; // the application closes them when told (it is quitting)
         int rebuilds;
     } rows[] = {
-        {"size", Change::geometry, 1, false, false, 1},
-        {"added", Change::added, 1, false, false, 1},
-        {"removed", Change::removed, 1, false, false, 1},
-        {"a burst settles once", Change::geometry, 3, false, false, 1},
-        {"closed windows stay closed", Change::geometry, 1, true, false, 0},
-        {"closed while told", Change::removed, 1, false, true, 0},
+        {"size", resized, 1, false, false, 1},
+        {"added", added, 1, false, false, 1},
+        {"removed", removed, 1, false, false, 1},
+        {"a burst settles once", resized, 3, false, false, 1},
+        {"closed windows stay closed", resized, 1, true, false, 0},
+        {"closed while told", removed, 1, false, true, 0},
     };
     QScreen *screen = QGuiApplication::primaryScreen();
     ASSERT_NE(screen, nullptr);
@@ -68,7 +57,7 @@ TEST(ScreenWindows, ScreenChangesRebuildOpenWindowsOnceTheySettle)
         if (row.closeFirst)
             windows.close();
         for (int i = 0; i < row.burst; ++i) {
-            announce(row.change, screen);
+            row.change(screen);
             time.advance(0.1);
         }
         EXPECT_EQ(rebuilt, 0) << "rebuilt before the screens settled";
