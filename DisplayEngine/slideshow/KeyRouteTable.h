@@ -28,6 +28,20 @@ public:
     KeyRouteTable() = default;
     explicit KeyRouteTable(QList<Route> routes) : m_routes(std::move(routes)) { }
 
+    // The table of bindings stored by action label (the settings' form), in the order of
+    // `actions`, so a key bound twice goes to the earlier action as actionForKey() says.
+    template <typename Actions, typename Label>
+    static KeyRouteTable fromBindings(const KeyBindings &bindings, const Actions &actions, Label label)
+    {
+        QList<Route> routes;
+        for (const Action action : actions) {
+            const auto found = bindings.constFind(label(action));
+            if (found != bindings.constEnd())
+                routes.append(Route {*found, action});
+        }
+        return KeyRouteTable(std::move(routes));
+    }
+
     // The action of the first route, in table order, that the pressed key matches.
     std::optional<Action> actionFor(const KeyBinding &pressed) const
     {
