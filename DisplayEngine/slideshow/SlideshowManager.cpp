@@ -477,7 +477,8 @@ void SlideshowManager::advanceDue(const QUuid &id)
     case ControlScope::all:
         break;
     }
-    // Linked: the first running window's timer times every window.
+    // Linked: the first running window's timer times every window. Phased, that window
+    // steps at once and the others follow in launch order, one phase step apart.
     if (id != driver())
         return;
     d->phased.cancelAll();

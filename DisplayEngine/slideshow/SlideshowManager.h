@@ -82,7 +82,7 @@ public:
     SlideshowGlobalSettings *globalSettings() const;
     QString scopeChangeMessage() const;
     QString filterChangeMessage() const;
-    // Numbers the filter notices; a notice's countdown clears only its own.
+    // Numbers the filter notices; each restarts the countdown, so only the newest clears.
     quint64 filterToastGeneration() const;
     QUuid mirrorLeaderId() const;
     // The windows still waiting for their turn of a phased advance, in turn order.
@@ -96,9 +96,12 @@ public:
     void windowClosed(const QUuid &id);
 
     // A command from a menu or another window, routed by the control scope from the
-    // focused window.
+    // focused window. Stop closes the focused window when independent, else every one.
     void send(SlideshowCommand command);
-    // A bound key pressed in window `from`, routed by the control scope where it applies.
+    // A bound key pressed in window `from`. Steps, play/pause, interval, order,
+    // transitions, zoom and filter go by the control scope: `from` alone, every window,
+    // or the mirror leader. Full screen and trash stay in `from`; help asks for the
+    // overlay; exit is Escape.
     void perform(const QUuid &from, SlideshowAction action);
     // Escape in window `from`, by the Escape behaviour. "Exit Fullscreen First" takes a
     // full-screen window out of full screen; otherwise it stops that window alone, the
