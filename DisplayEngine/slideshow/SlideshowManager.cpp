@@ -453,11 +453,20 @@ QList<QUuid> SlideshowManager::scopedTargets(const QUuid &from) const
 
 QUuid SlideshowManager::driver() const
 {
-    for (const QUuid &id : d->order) {
-        if (!viewModel(id)->isPaused())
-            return id;
+    const QList<QUuid> stepping = steppingWindows();
+    return stepping.isEmpty() ? QUuid() : stepping.first();
+}
+
+QList<QUuid> SlideshowManager::steppingWindows() const
+{
+    // Paused windows keep their slide, and a wall has no slide to step.
+    QList<QUuid> result;
+    for (const QUuid &id : std::as_const(d->order)) {
+        const SlideshowViewModel *window = viewModel(id);
+        if (!window->isPaused() && window->displayMode() == DisplayMode::standard)
+            result.append(id);
     }
-    return {};
+    return result;
 }
 
 void SlideshowManager::advanceDue(const QUuid &id)
@@ -482,11 +491,7 @@ void SlideshowManager::advanceDue(const QUuid &id)
     if (id != driver())
         return;
     d->phased.cancelAll();
-    QList<QUuid> running;
-    for (const QUuid &other : std::as_const(d->order)) {
-        if (!viewModel(other)->isPaused())
-            running.append(other);
-    }
+    const QList<QUuid> running = steppingWindows();
     if (d->global.syncMode() == SyncMode::synchronized) {
         for (const QUuid &other : running) {
             if (SlideshowViewModel *target = viewModel(other))

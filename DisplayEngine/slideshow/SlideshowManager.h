@@ -132,6 +132,7 @@ private:
     QList<QUuid> scopedTargets(const QUuid &from) const;
     void advanceDue(const QUuid &id);
     QUuid driver() const;
+    QList<QUuid> steppingWindows() const;
     void setFocused(const QUuid &id);
     void setMirrorLeader(const QUuid &id);
     void applyScope();

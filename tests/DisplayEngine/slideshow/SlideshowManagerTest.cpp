@@ -399,6 +399,19 @@ TEST(SlideshowManager, CollageWallsFollowTheMirrorLeader)
     EXPECT_EQ(roles(), QList<CollageRole>({independent, independent}));
 }
 
+TEST(SlideshowManager, AWallAmongLinkedWindowsDoesNotHoldTheirAdvance)
+{
+    Harness h;
+    h.manager.launch(
+        {SlideshowLaunchRequest::Mode::collage, std::nullopt}, h.items, Harness::inOrder(), SortMode::sequential);
+    h.launch();
+    const QStringList before = h.allShown().mid(1);
+    h.time.advance(5.0);
+    const QStringList after = h.allShown().mid(1);
+    EXPECT_NE(after[0], before[0]);
+    EXPECT_NE(after[1], before[1]);
+}
+
 TEST(SlideshowManager, WindowOnlyActionsStayInTheirWindow)
 {
     Harness h;
