@@ -517,7 +517,7 @@ void SlideshowViewModel::replaceImages(QList<ImageItem> ordered, const std::opti
         setLayer(true, std::nullopt);
         setLayer(false, std::nullopt);
         Q_EMIT currentImageRealFilenameChanged();
-    } else if (m_isActive && now && (!keep || !(*now == *keep))) {
+    } else if (m_isActive && now && m_displayMode == DisplayMode::standard && (!keep || !(*now == *keep))) {
         // Another item took the place of the one on screen.
         if (m_claimedUrl && *m_claimedUrl != now->url())
             releaseClaim(*m_claimedUrl);
