@@ -45,7 +45,9 @@ int main(int argc, char *argv[])
     options.applicationFolder = sorvane::PlayerLocation::applicationFolder(
         QCoreApplication::applicationDirPath(), qEnvironmentVariable("APPIMAGE"));
     options.bundleArguments = parser.positionalArguments();
-    options.inhibitor = std::make_unique<sorvane::DbusScreenSaverInhibitor>();
+    options.inhibitor
+        = std::make_unique<sorvane::DbusScreenSaverInhibitor>(sorvane::DbusScreenSaverInhibitor::Identity {
+            QStringLiteral("SorvanePlayer"), QStringLiteral("Slidora is showing photos"), lcPlayer});
     sorvane::PlayerAppDelegate delegate(std::move(options));
     delegate.start();
     return app.exec();

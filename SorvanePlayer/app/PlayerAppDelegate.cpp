@@ -1,10 +1,7 @@
 #include "app/PlayerAppDelegate.h"
 
 #include "EngineLog.h"
-#include "app/BrandLogoCache.h"
 #include "app/LaunchClock.h"
-#include "app/PlayerSlideModel.h"
-#include "app/PlayerWindowFactory.h"
 #include "app/PlayerWindows.h"
 #include "bundle/BundleReader.h"
 #include "bundle/BundleWireValues.h"
@@ -16,13 +13,16 @@
 #include "media/BrandOverlay.h"
 #include "slideshow/DisplaySleepInhibitor.h"
 #include "slideshow/PreferenceStore.h"
-#include "views/CollageImageProvider.h"
+#include "views/BrandLogoCache.h"
 #include "views/DecodedMemory.h"
+#include "views/FullScreenWindowFactory.h"
 #include "views/SlideImageProvider.h"
+#include "views/SlideImageProviders.h"
+#include "views/SlideModel.h"
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QKeyEvent>
+#include <QPointer>
 #include <QScreen>
 
 namespace sorvane {
@@ -30,23 +30,26 @@ namespace sorvane {
 namespace {
 const QUrl holdingComponent(QStringLiteral("qrc:/qt/qml/Sorvane/Player/qml/HoldingWindow.qml"));
 
-// Slides and logos are decoded by our own providers, with our limits.
-void addImageProviders(QQmlEngine &qml, BrandLogoCache *logos)
+// The player's keys are read by where the digits sit on the keyboard (see PlayerKeyRouter).
+std::optional<KeyBinding> placedKey(const QKeyEvent &event)
 {
-    qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    qml.addImageProvider(QStringLiteral("slide"), new SlideImageProvider);
-    // One cache for every wall on every screen: a photo shown twice is decoded once.
-    qml.addImageProvider(
-        CollageImageProvider::kProviderName, new CollageImageProvider(CollageImageProvider::makeWallCache()));
-    qml.addImageProvider(QStringLiteral("brand"), logos);
+    const std::optional<KeyBinding> pressed = KeyEventBinding::fromKeyEvent(event);
+    if (!pressed)
+        return std::nullopt;
+    return PlayerKeyRouter::placed(*pressed, event.nativeScanCode());
 }
 } // namespace
 
 PlayerAppDelegate::PlayerAppDelegate(Options options, QObject *parent)
-    : QObject(parent), m_options(std::move(options)), m_resume(ResumeStore::forCurrentUser()),
-      m_logos(new BrandLogoCache)
+    : QObject(parent), m_options(std::move(options)),
+      m_keyRouting(
+          PlayerKeyRouter::table(), [this](PlayerAction action) { m_keys.perform(action); }, &placedKey),
+      m_resume(ResumeStore::forCurrentUser()),
+      m_holdingWindows([this](QScreen *screen, int) { return makeHoldingWindow(screen); }, m_timers)
 {
-    addImageProviders(m_qml, m_logos);
+    m_qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    // Slides and logos are decoded by our own providers, with our limits.
+    m_logos = &SlideImageProviders::registerAll(m_qml);
     connectHandlers();
     m_controls = std::make_unique<PlayerControlsController>(
         m_clock, m_timers, [] { return QPointF(QCursor::pos()); }, m_controlsModel);
@@ -58,9 +61,11 @@ PlayerAppDelegate::PlayerAppDelegate(Options options, QObject *parent)
     });
     connect(&m_controlsModel, &PlayerControlsModel::stripRectChanged, this,
         [this] { m_controls->setStripRect(m_controlsModel.stripRect()); });
-    m_screenSettle.setSingleShot(true);
-    m_screenSettle.setInterval(200);
-    connect(&m_screenSettle, &QTimer::timeout, this, &PlayerAppDelegate::screensChanged);
+    connect(&m_holdingWindows, &ScreenWindows::screensChanged, this, &PlayerAppDelegate::screensChanged);
+    connect(&m_holdingWindows, &ScreenWindows::rebuilt, this, &PlayerAppDelegate::logHolding);
+    // Filters run newest first: the key routing goes in before the delegate's own filter, so
+    // the delegate still notes every key (the walls' input) before a known key is swallowed.
+    m_keyRouting.start();
     qApp->installEventFilter(this);
     // Back from another application: the show's windows come forward again, keys included.
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
@@ -72,9 +77,7 @@ PlayerAppDelegate::PlayerAppDelegate(Options options, QObject *parent)
 void PlayerAppDelegate::bringForward()
 {
     QList<QQuickWindow *> windows = m_windows ? m_windows->windows() : QList<QQuickWindow *>();
-    for (const auto &window : std::as_const(m_holdingWindows))
-        if (window)
-            windows << window.data();
+    windows << m_holdingWindows.windows();
     for (QQuickWindow *window : std::as_const(windows))
         window->raise();
     if (!windows.isEmpty())
@@ -89,7 +92,7 @@ PlayerAppDelegate::~PlayerAppDelegate()
         m_engine->stop();
     m_engine.reset();
     m_windows.reset();
-    closeHoldingWindows();
+    m_holdingWindows.close();
     if (m_options.inhibitor)
         m_options.inhibitor->release();
 }
@@ -125,7 +128,6 @@ void PlayerAppDelegate::connectHandlers()
 
 void PlayerAppDelegate::start()
 {
-    watchScreens();
     const PlayerBundleChoice choice
         = PlayerLocation::chooseBundle(m_options.applicationFolder, m_options.bundleArguments);
     qCInfo(lcPlayer, "%s", qUtf8Printable(choice.logLine));
@@ -156,7 +158,7 @@ void PlayerAppDelegate::quit()
         m_engine->stop();
     if (m_windows)
         m_windows->close();
-    closeHoldingWindows();
+    m_holdingWindows.close();
     if (m_options.inhibitor)
         m_options.inhibitor->release();
     QGuiApplication::quit();
@@ -176,34 +178,26 @@ void PlayerAppDelegate::showHolding(const OpenedBundleBranding *branding)
     setPointerHidden(true);
 }
 
-void PlayerAppDelegate::buildHoldingWindows()
+QQuickWindow *PlayerAppDelegate::makeHoldingWindow(QScreen *screen)
 {
-    closeHoldingWindows();
-    for (QScreen *screen : QGuiApplication::screens()) {
-        QQuickWindow *window = PlayerWindowFactory::create(m_qml, holdingComponent, screen,
-            {{QStringLiteral("displayName"), m_holdingName}, {QStringLiteral("logoSource"), m_holdingLogo}});
-        if (window)
-            m_holdingWindows << window;
-    }
-    if (!m_holdingWindows.isEmpty() && m_holdingWindows.first())
-        m_holdingWindows.first()->requestActivate();
-    qCInfo(lcPlayer, "Holding on %d screen(s)", int(m_holdingWindows.size()));
+    return FullScreenWindowFactory::create(m_qml, holdingComponent, screen,
+        {{QStringLiteral("displayName"), m_holdingName}, {QStringLiteral("logoSource"), m_holdingLogo}});
 }
 
-void PlayerAppDelegate::closeHoldingWindows()
+void PlayerAppDelegate::buildHoldingWindows()
 {
-    for (const auto &window : std::as_const(m_holdingWindows)) {
-        if (window) {
-            window->hide();
-            window->deleteLater();
-        }
-    }
-    m_holdingWindows.clear();
+    m_holdingWindows.build();
+    logHolding();
+}
+
+void PlayerAppDelegate::logHolding() const
+{
+    qCInfo(lcPlayer, "Holding on %d screen(s)", int(m_holdingWindows.windows().size()));
 }
 
 void PlayerAppDelegate::setUpSlides(const OpenedBundle &bundle)
 {
-    m_slides = std::make_unique<PlayerSlideModel>();
+    m_slides = std::make_unique<SlideModel>();
     const BundlePlaybackPreferences &playback = bundle.playback;
     SlideAppearance appearance;
     appearance.scaling = toWire(playback.imageScaling);
@@ -227,23 +221,27 @@ void PlayerAppDelegate::setUpSlides(const OpenedBundle &bundle)
         m_slides->setOverlay(view, overlay, logo->size);
     }
 
+    connect(m_slides.get(), &SlideModel::failed, this, [this](int, const QString &reason) {
+        qCInfo(lcPlayer, "Could not show %s: %s", qUtf8Printable(m_slides->slide().source.toLocalFile()),
+            qUtf8Printable(reason));
+    });
     // Queued: a view may report while the engine is still handling the previous
     // report (a cached failure comes back at once), and a report must never be lost.
     connect(
-        m_slides.get(), &PlayerSlideModel::ended, this,
+        m_slides.get(), &SlideModel::ended, this,
         [this](int serial) {
             if (m_engine && serial == m_slides->slide().serial)
                 m_engine->videoEnded();
         },
         Qt::QueuedConnection);
     connect(
-        m_slides.get(), &PlayerSlideModel::failed, this,
+        m_slides.get(), &SlideModel::failed, this,
         [this](int serial) {
             if (m_engine && serial == m_slides->slide().serial)
                 m_engine->videoFailed();
         },
         Qt::QueuedConnection);
-    connect(m_slides.get(), &PlayerSlideModel::presented, this, [this] {
+    connect(m_slides.get(), &SlideModel::presented, this, [this] {
         if (!m_anyPresented) {
             m_anyPresented = true;
             firstPhotoPresented();
@@ -272,10 +270,16 @@ void PlayerAppDelegate::startPlayback(std::shared_ptr<OpenedBundle> bundle)
             firstPhotoPresented();
         }
     });
-    m_windows = std::make_unique<PlayerWindows>(m_qml, bundle, *m_slides, m_controlsModel, *m_walls, [this] {
+    m_windows = std::make_unique<PlayerWindows>(m_qml, bundle, *m_slides, m_controlsModel, *m_walls, m_timers, [this] {
         if (!m_engine || m_engine->itemCount() == 0)
             return QString();
         return QStringLiteral("%1 of %2").arg(m_engine->position() + 1).arg(m_engine->itemCount());
+    });
+    connect(&m_windows->screens(), &ScreenWindows::screensChanged, this, &PlayerAppDelegate::screensChanged);
+    // The windows are new: the engine presents its style and item on them again.
+    connect(&m_windows->screens(), &ScreenWindows::rebuilt, this, [this] {
+        if (m_engine)
+            m_engine->screensChanged();
     });
     const std::optional<QString> bundleId = bundle->manifest.bundleId;
     PlayerEngine::SaveResume save = [this, bundleId](qint64 position, std::optional<PlayerStyle> chosen) {
@@ -337,31 +341,9 @@ void PlayerAppDelegate::firstPhotoPresented()
     windows.first()->update();
 }
 
-void PlayerAppDelegate::watchScreens()
-{
-    auto follow = [this](QScreen *screen) {
-        connect(screen, &QScreen::geometryChanged, &m_screenSettle, qOverload<>(&QTimer::start));
-    };
-    for (QScreen *screen : QGuiApplication::screens())
-        follow(screen);
-    connect(qApp, &QGuiApplication::screenAdded, this, [this, follow](QScreen *screen) {
-        follow(screen);
-        m_screenSettle.start();
-    });
-    connect(qApp, &QGuiApplication::screenRemoved, this, [this] { m_screenSettle.start(); });
-}
-
 void PlayerAppDelegate::screensChanged()
 {
-    if (m_quitting)
-        return;
     qCInfo(lcPlayer, "Screens changed: %d screen(s)", int(QGuiApplication::screens().size()));
-    if (m_holding) {
-        buildHoldingWindows();
-    } else if (m_engine && m_windows) {
-        m_windows->screensChanged();
-        m_engine->screensChanged();
-    }
 }
 
 void PlayerAppDelegate::setPointerHidden(bool hidden)
@@ -379,12 +361,8 @@ bool PlayerAppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::KeyPress: {
-        const auto *key = static_cast<QKeyEvent *>(event);
         if (m_walls && qobject_cast<QWindow *>(watched))
             m_walls->noteInput();
-        // Windows and their items all see the key; act on it once, at the window.
-        if (qobject_cast<QWindow *>(watched) && m_keys.handleKey(key->key(), key->modifiers(), key->nativeScanCode()))
-            return true;
         break;
     }
     case QEvent::MouseMove:

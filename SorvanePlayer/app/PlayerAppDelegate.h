@@ -5,14 +5,14 @@
 #include "core/ResumeStore.h"
 #include "slideshow/QtTimerScheduler.h"
 #include "slideshow/SystemClock.h"
+#include "views/KeyActionRouter.h"
+#include "views/ScreenWindows.h"
 
 #include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QStringList>
-#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -25,8 +25,8 @@ class OpenedBundle;
 class PlayerCollageWall;
 class PlayerControlsController;
 class PlayerEngine;
-class PlayerSlideModel;
 class PlayerWindows;
+class SlideModel;
 struct OpenedBundleBranding;
 
 // Owns the player's run: finds and opens the bundle, shows the holding screen or
@@ -56,11 +56,11 @@ protected:
 private:
     void connectHandlers();
     void showHolding(const OpenedBundleBranding *branding);
+    QQuickWindow *makeHoldingWindow(QScreen *screen);
     void buildHoldingWindows();
-    void closeHoldingWindows();
+    void logHolding() const;
     void startPlayback(std::shared_ptr<OpenedBundle> bundle);
     void setUpSlides(const OpenedBundle &bundle);
-    void watchScreens();
     void screensChanged();
     void setPointerHidden(bool hidden);
     void bringForward();
@@ -71,19 +71,19 @@ private:
     SystemClock m_clock;
     QtTimerScheduler m_timers;
     PlayerKeyRouter m_keys;
+    KeyActionRouter<PlayerAction> m_keyRouting;
     PlayerControlsModel m_controlsModel;
     std::unique_ptr<PlayerControlsController> m_controls;
     ResumeStore m_resume;
     BrandLogoCache *m_logos = nullptr; // owned by the QML engine
     std::shared_ptr<OpenedBundle> m_bundle;
-    std::unique_ptr<PlayerSlideModel> m_slides;
+    std::unique_ptr<SlideModel> m_slides;
     std::unique_ptr<PlayerCollageWall> m_walls;
     std::unique_ptr<PlayerWindows> m_windows;
     std::unique_ptr<PlayerEngine> m_engine;
-    QList<QPointer<QQuickWindow>> m_holdingWindows;
+    ScreenWindows m_holdingWindows;
     QString m_holdingName;
     QUrl m_holdingLogo;
-    QTimer m_screenSettle;
     bool m_holding = false;
     bool m_pointerHidden = false;
     bool m_anyPresented = false;

@@ -1,17 +1,14 @@
 #include "app/PlayerWindows.h"
 
 #include "EngineLog.h"
-#include "app/PlayerSlideModel.h"
-#include "app/PlayerWindowFactory.h"
 #include "bundle/BundleFormat.h"
 #include "bundle/OpenedBundle.h"
 #include "collage/CollageWallModel.h"
 #include "core/PlayerCaption.h"
 #include "core/PlayerCollageWall.h"
 #include "core/PlayerControlsModel.h"
-
-#include <QGuiApplication>
-#include <QScreen>
+#include "views/FullScreenWindowFactory.h"
+#include "views/SlideModel.h"
 
 namespace sorvane {
 
@@ -19,11 +16,13 @@ namespace {
 const QUrl windowComponent(QStringLiteral("qrc:/qt/qml/Sorvane/Player/qml/PlayerWindow.qml"));
 }
 
-PlayerWindows::PlayerWindows(QQmlEngine &engine, std::shared_ptr<OpenedBundle> bundle, PlayerSlideModel &slides,
-    PlayerControlsModel &controls, PlayerCollageWall &walls, ProgressText progress)
+PlayerWindows::PlayerWindows(QQmlEngine &engine, std::shared_ptr<OpenedBundle> bundle, SlideModel &slides,
+    PlayerControlsModel &controls, PlayerCollageWall &walls, TimerScheduler &timers, ProgressText progress)
     : m_engine(engine), m_bundle(std::move(bundle)), m_slides(slides), m_controls(controls), m_walls(walls),
-      m_progress(std::move(progress))
+      m_progress(std::move(progress)),
+      m_screens([this](QScreen *screen, int index) { return makeWindow(screen, index); }, timers)
 {
+    QObject::connect(&m_screens, &ScreenWindows::rebuilt, &m_screens, [this] { logScreens(); });
 }
 
 PlayerWindows::~PlayerWindows()
@@ -31,9 +30,19 @@ PlayerWindows::~PlayerWindows()
     close();
 }
 
+QQuickWindow *PlayerWindows::makeWindow(QScreen *screen, int index)
+{
+    return FullScreenWindowFactory::create(m_engine, windowComponent, screen,
+        {{QStringLiteral("slides"), QVariant::fromValue(&m_slides)},
+            {QStringLiteral("controls"), QVariant::fromValue(&m_controls)},
+            {QStringLiteral("walls"), QVariant::fromValue(static_cast<QObject *>(&m_walls))},
+            // One screen speaks; the others play their copy muted.
+            {QStringLiteral("primary"), index == 0}});
+}
+
 void PlayerWindows::show(const PlayerShownAsset &asset)
 {
-    PlayerSlide slide;
+    Slide slide;
     slide.source = asset.url;
     slide.isVideo = asset.isVideo;
     slide.isAnimated = asset.isAnimated;
@@ -67,7 +76,7 @@ void PlayerWindows::resumeVideo()
 
 void PlayerWindows::presentStyle(PlayerStyle style)
 {
-    if (m_rebuild || windows().isEmpty())
+    if (windows().isEmpty())
         build(style);
     else
         showWalls(style);
@@ -84,7 +93,7 @@ void PlayerWindows::showWalls(PlayerStyle style)
     const QList<CollageWallModel *> walls = m_walls.wallsFor(style, int(live.size()));
     if (!walls.isEmpty()) {
         // Nothing of the classic style plays on behind a wall.
-        m_slides.setSlide(PlayerSlide());
+        m_slides.setSlide(Slide());
         m_slides.setPreloadSource(QUrl());
         qCInfo(lcPlayer, "Wall %s on %d screen(s)", qUtf8Printable(walls.first()->layoutName()), int(walls.size()));
     }
@@ -98,45 +107,16 @@ void PlayerWindows::preload(const PlayerShownAsset &asset)
     m_slides.setPreloadSource(asset.isVideo || asset.isAnimated ? QUrl() : asset.url);
 }
 
-QList<QQuickWindow *> PlayerWindows::windows() const
-{
-    QList<QQuickWindow *> live;
-    for (const auto &window : m_windows)
-        if (window)
-            live << window.data();
-    return live;
-}
-
-void PlayerWindows::close()
-{
-    for (const auto &window : std::as_const(m_windows)) {
-        if (window) {
-            window->hide();
-            window->deleteLater();
-        }
-    }
-    m_windows.clear();
-}
-
 void PlayerWindows::build(PlayerStyle style)
 {
-    close();
-    m_rebuild = false;
-    const QList<QScreen *> screens = QGuiApplication::screens();
-    for (qsizetype index = 0; index < screens.size(); ++index) {
-        QQuickWindow *window = PlayerWindowFactory::create(m_engine, windowComponent, screens[index],
-            {{QStringLiteral("slides"), QVariant::fromValue(&m_slides)},
-                {QStringLiteral("controls"), QVariant::fromValue(&m_controls)},
-                {QStringLiteral("walls"), QVariant::fromValue(static_cast<QObject *>(&m_walls))},
-                // One screen speaks; the others play their copy muted.
-                {QStringLiteral("primary"), index == 0}});
-        if (window)
-            m_windows << window;
-    }
-    if (!m_windows.isEmpty() && m_windows.first())
-        m_windows.first()->requestActivate();
-    qCInfo(lcPlayer, "Playing on %d screen(s)", int(m_windows.size()));
+    m_screens.build();
+    logScreens();
     showWalls(style);
+}
+
+void PlayerWindows::logScreens() const
+{
+    qCInfo(lcPlayer, "Playing on %d screen(s)", int(windows().size()));
 }
 
 } // namespace sorvane

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/PlayerSurface.h"
+#include "views/ScreenWindows.h"
 
 #include <QList>
-#include <QPointer>
 #include <QQuickWindow>
 
 #include <functional>
@@ -16,17 +16,19 @@ namespace sorvane {
 class OpenedBundle;
 class PlayerCollageWall;
 class PlayerControlsModel;
-class PlayerSlideModel;
+class SlideModel;
+class TimerScheduler;
 
 // The playback windows, one per screen: in the classic style all show the engine's item,
-// in the wall styles each draws its own wall.
+// in the wall styles each draws its own wall. When the screens change, the windows are made
+// again at once and screens() says so (rebuilt), so the engine can present its style again.
 class PlayerWindows final : public PlayerSurface {
 public:
     // "3 of 120" for the caption line; asked at every show.
     using ProgressText = std::function<QString()>;
 
-    PlayerWindows(QQmlEngine &engine, std::shared_ptr<OpenedBundle> bundle, PlayerSlideModel &slides,
-        PlayerControlsModel &controls, PlayerCollageWall &walls, ProgressText progress);
+    PlayerWindows(QQmlEngine &engine, std::shared_ptr<OpenedBundle> bundle, SlideModel &slides,
+        PlayerControlsModel &controls, PlayerCollageWall &walls, TimerScheduler &timers, ProgressText progress);
     ~PlayerWindows() override;
 
     PlayerWindows(const PlayerWindows &) = delete;
@@ -39,23 +41,23 @@ public:
     void stepWall(int step) override;
     void preload(const PlayerShownAsset &asset) override;
 
-    // The next presentStyle() builds the windows again for the screens there are now.
-    void screensChanged() { m_rebuild = true; }
-    void close();
-    QList<QQuickWindow *> windows() const;
+    void close() { m_screens.close(); }
+    QList<QQuickWindow *> windows() const { return m_screens.windows(); }
+    ScreenWindows &screens() { return m_screens; }
 
 private:
+    QQuickWindow *makeWindow(QScreen *screen, int index);
     void build(PlayerStyle style);
+    void logScreens() const;
     void showWalls(PlayerStyle style);
 
     QQmlEngine &m_engine;
     std::shared_ptr<OpenedBundle> m_bundle;
-    PlayerSlideModel &m_slides;
+    SlideModel &m_slides;
     PlayerControlsModel &m_controls;
     PlayerCollageWall &m_walls;
     ProgressText m_progress;
-    QList<QPointer<QQuickWindow>> m_windows;
-    bool m_rebuild = true;
+    ScreenWindows m_screens;
 };
 
 } // namespace sorvane

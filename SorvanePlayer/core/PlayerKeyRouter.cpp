@@ -2,6 +2,35 @@
 
 namespace sorvane {
 
+namespace {
+
+constexpr quint64 anyModifier = KeyBinding::matchedFlags;
+constexpr quint64 shiftOnly = KeyBinding::shift;
+// Ctrl+Q leaves whatever else is held with it.
+constexpr quint64 besidesCommand = KeyBinding::matchedFlags & ~quint64(KeyBinding::command);
+
+KeyRouteTable<PlayerAction>::Route route(QString key, quint64 modifiers, PlayerAction action, quint64 ignored)
+{
+    return {KeyBinding {std::move(key), modifiers}, action, ignored};
+}
+
+} // namespace
+
+const KeyRouteTable<PlayerAction> &PlayerKeyRouter::table()
+{
+    static const KeyRouteTable<PlayerAction> keys({
+        route(QStringLiteral("escape"), 0, PlayerAction::exit, anyModifier),
+        route(QStringLiteral("q"), KeyBinding::command, PlayerAction::exit, besidesCommand),
+        route(QStringLiteral(" "), 0, PlayerAction::togglePause, shiftOnly),
+        route(QString(QChar(0x2190)), 0, PlayerAction::previous, shiftOnly),
+        route(QString(QChar(0x2192)), 0, PlayerAction::next, shiftOnly),
+        route(QStringLiteral("1"), 0, PlayerAction::stylePhotoWall, shiftOnly),
+        route(QStringLiteral("2"), 0, PlayerAction::styleMemoryTable, shiftOnly),
+        route(QStringLiteral("3"), 0, PlayerAction::styleClassic, shiftOnly),
+    });
+    return keys;
+}
+
 int PlayerKeyRouter::digitRowKey(quint32 nativeScanCode)
 {
 #if defined(Q_OS_WIN)
@@ -16,50 +45,16 @@ int PlayerKeyRouter::digitRowKey(quint32 nativeScanCode)
     return 0;
 }
 
-std::optional<PlayerAction> PlayerKeyRouter::actionFor(int key, Qt::KeyboardModifiers modifiers, quint32 nativeScanCode)
+KeyBinding PlayerKeyRouter::placed(KeyBinding pressed, quint32 nativeScanCode)
 {
-    // Escape always leaves, whatever else is held.
-    if (key == Qt::Key_Escape)
-        return PlayerAction::exit;
-    if (key == Qt::Key_Q && modifiers.testFlag(Qt::ControlModifier))
-        return PlayerAction::exit;
-
-    // Chords belong to the system and other shortcuts. Shift and the keypad flag are
-    // left out on purpose: they never turn a plain key into something else.
-    constexpr Qt::KeyboardModifiers chordModifiers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    if (modifiers & chordModifiers)
-        return std::nullopt;
-
-    // A style key typed as another character (Shift held, or a layout whose digits are
-    // shifted) still counts by its place on the keyboard.
     if (const int digit = digitRowKey(nativeScanCode))
-        key = Qt::Key_0 + digit;
-
-    switch (key) {
-    case Qt::Key_Space:
-        return PlayerAction::togglePause;
-    case Qt::Key_Left:
-        return PlayerAction::previous;
-    case Qt::Key_Right:
-        return PlayerAction::next;
-    case Qt::Key_1:
-        return PlayerAction::stylePhotoWall;
-    case Qt::Key_2:
-        return PlayerAction::styleMemoryTable;
-    case Qt::Key_3:
-        return PlayerAction::styleClassic;
-    default:
-        return std::nullopt;
-    }
+        pressed.key = QString::number(digit);
+    return pressed;
 }
 
-bool PlayerKeyRouter::handleKey(int qtKey, Qt::KeyboardModifiers modifiers, quint32 nativeScanCode) const
+std::optional<PlayerAction> PlayerKeyRouter::actionFor(const KeyBinding &pressed, quint32 nativeScanCode)
 {
-    const std::optional<PlayerAction> action = actionFor(qtKey, modifiers, nativeScanCode);
-    if (!action)
-        return false;
-    perform(*action);
-    return true;
+    return table().actionFor(placed(pressed, nativeScanCode));
 }
 
 } // namespace sorvane

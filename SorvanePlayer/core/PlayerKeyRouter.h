@@ -1,31 +1,32 @@
 #pragma once
 
 #include "core/PlayerActionHandlers.h"
-
-#include <QtCore/qnamespace.h>
+#include "slideshow/KeyRouteTable.h"
 
 #include <optional>
 
 namespace sorvane {
 
-// Turns key presses into player actions. The host feeds it every key-down of the
-// application and swallows the event when handleKey() returns true.
+// The player's keys and what they do. The host routes every key press of the application
+// through this table and swallows the keys it knows; the actions go to these handlers.
 class PlayerKeyRouter : public PlayerActionHandlers {
 public:
     using Action = PlayerAction;
 
-    // The action a key stands for, or nothing when the key is not ours. `nativeScanCode`
-    // (QKeyEvent::nativeScanCode(), 0 when unknown) names the physical key: Shift turns
-    // the 1 key into '!' on one layout and '&' into 1 on another, and the style keys
-    // are meant by where they sit, not by the character they type.
-    static std::optional<Action> actionFor(int key, Qt::KeyboardModifiers modifiers, quint32 nativeScanCode = 0);
+    // Escape, and Ctrl+Q, leave whatever else is held; Space, the arrows and 1, 2, 3 act
+    // only without Ctrl, Alt or Meta (those chords belong to the system and other
+    // shortcuts), and Shift never stops them.
+    static const KeyRouteTable<PlayerAction> &table();
+
+    // The key as the table reads it. `nativeScanCode` (QKeyEvent::nativeScanCode(), 0 when
+    // unknown) names the physical key: Shift turns the 1 key into '!' on one layout and '&'
+    // into 1 on another, and the style keys are meant by where they sit, not by the
+    // character they type.
+    static KeyBinding placed(KeyBinding pressed, quint32 nativeScanCode);
+    static std::optional<Action> actionFor(const KeyBinding &pressed, quint32 nativeScanCode = 0);
 
     // The digit 1, 2 or 3 of the main row that this platform scan code stands for, else 0.
     static int digitRowKey(quint32 nativeScanCode);
-
-    // Runs the key's handler; true when the key was ours, even if no handler is set,
-    // so that a recognised key never leaks through to other windows.
-    bool handleKey(int qtKey, Qt::KeyboardModifiers modifiers, quint32 nativeScanCode = 0) const;
 };
 
 } // namespace sorvane

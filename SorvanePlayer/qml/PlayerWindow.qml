@@ -6,7 +6,7 @@ import Sorvane.Views
 Window {
     id: window
 
-    required property var slides   // PlayerSlideModel
+    required property var slides   // SlideModel
     required property var controls // PlayerControlsModel
     required property bool primary
     required property var walls    // PlayerCollageWall

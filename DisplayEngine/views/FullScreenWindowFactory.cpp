@@ -1,6 +1,6 @@
-#include "app/PlayerWindowFactory.h"
+#include "views/FullScreenWindowFactory.h"
 
-#include "EngineLog.h"
+#include "views/ViewsLog.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -9,19 +9,19 @@
 
 namespace sorvane {
 
-QQuickWindow *PlayerWindowFactory::create(
+QQuickWindow *FullScreenWindowFactory::create(
     QQmlEngine &engine, const QUrl &url, QScreen *screen, const QVariantMap &properties)
 {
     QQmlComponent component(&engine, url);
     if (!component.isReady()) {
-        qCWarning(lcPlayer, "Window %s could not be made: %s", qUtf8Printable(url.toString()),
+        qCWarning(lcViews, "Window %s could not be made: %s", qUtf8Printable(url.toString()),
             qUtf8Printable(component.errorString()));
         return nullptr;
     }
     QObject *object = component.createWithInitialProperties(properties);
     auto *window = qobject_cast<QQuickWindow *>(object);
     if (!window) {
-        qCWarning(lcPlayer, "Window %s could not be made: %s", qUtf8Printable(url.toString()),
+        qCWarning(lcViews, "Window %s could not be made: %s", qUtf8Printable(url.toString()),
             qUtf8Printable(component.errorString()));
         delete object;
         return nullptr;

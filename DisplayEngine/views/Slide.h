@@ -6,12 +6,12 @@
 
 namespace sorvane {
 
-// The item every screen shows, as the views read it. `serial` changes with every
+// The item every window shows, as the views read it. `serial` changes with every
 // show, so that a view can tell a new show of the same file from the old one and
 // so that reports about a file that is no longer on screen can be ignored.
-struct PlayerSlide {
+struct Slide {
     Q_GADGET
-    QML_VALUE_TYPE(playerSlide)
+    QML_VALUE_TYPE(slide)
     Q_PROPERTY(QUrl source MEMBER source)
     Q_PROPERTY(QUrl posterSource MEMBER posterSource)
     Q_PROPERTY(bool isVideo MEMBER isVideo)
@@ -29,7 +29,7 @@ public:
     QString caption;
     QString progress;
 
-    bool operator==(const PlayerSlide &) const = default;
+    bool operator==(const Slide &) const = default;
 };
 
 } // namespace sorvane

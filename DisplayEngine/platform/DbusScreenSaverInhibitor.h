@@ -3,6 +3,7 @@
 #include "slideshow/DisplaySleepInhibitor.h"
 
 #include <QDBusConnection>
+#include <QLoggingCategory>
 #include <QString>
 
 #include <memory>
@@ -19,12 +20,17 @@ namespace sorvane {
 // happens at quit and must reach the bus before the process ends.
 class DbusScreenSaverInhibitor final : public DisplaySleepInhibitor {
 public:
-    static constexpr const char *applicationName = "SorvanePlayer";
-    static constexpr const char *reason = "Slidora is showing photos";
+    // Who asks and why, as the desktop lists it; and where the outcome is logged (the
+    // application's own category, so its log tells the whole story).
+    struct Identity {
+        QString applicationName;
+        QString reason;
+        const QLoggingCategory &(*log)() = nullptr; // the engine's category when unset
+    };
     // Longest that release() waits for the service.
     static constexpr int releaseTimeoutMs = 500;
 
-    explicit DbusScreenSaverInhibitor(QDBusConnection connection = QDBusConnection::sessionBus());
+    explicit DbusScreenSaverInhibitor(Identity identity, QDBusConnection connection = QDBusConnection::sessionBus());
     // Releases a held cookie.
     ~DbusScreenSaverInhibitor() override;
     DbusScreenSaverInhibitor(const DbusScreenSaverInhibitor &) = delete;
@@ -42,8 +48,10 @@ public:
 
 private:
     void onInhibitReply(QDBusPendingCallWatcher *watcher);
+    void logInhibitFailure(const QString &why) const;
     void unInhibit(uint cookie);
 
+    Identity m_identity;
     QDBusConnection m_connection;
     // Parent of the reply watchers, so that a reply arriving after destruction is dropped.
     std::unique_ptr<QObject> m_context;

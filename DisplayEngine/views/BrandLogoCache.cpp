@@ -1,4 +1,4 @@
-#include "app/BrandLogoCache.h"
+#include "views/BrandLogoCache.h"
 
 #include <QImageReader>
 #include <QUrl>
@@ -46,7 +46,7 @@ QImage BrandLogoCache::requestImage(const QString &id, QSize *size, const QSize 
 
 QUrl BrandLogoCache::urlFor(const QString &path)
 {
-    return QUrl(QStringLiteral("image://brand/") + QString::fromLatin1(QUrl::toPercentEncoding(path)));
+    return QUrl(QStringLiteral("image://%1/").arg(kProviderName) + QString::fromLatin1(QUrl::toPercentEncoding(path)));
 }
 
 } // namespace sorvane

@@ -19,6 +19,9 @@ using namespace sorvane;
 
 namespace {
 
+const DbusScreenSaverInhibitor::Identity identity {
+    QStringLiteral("SorvaneSlideshow"), QStringLiteral("A slideshow is playing")};
+
 QString firstLine(QProcess &process)
 {
     for (int tries = 0; tries < 100 && !process.canReadLine() && process.state() != QProcess::NotRunning; ++tries)
@@ -29,7 +32,7 @@ QString firstLine(QProcess &process)
 TEST(DbusScreenSaverInhibitor, EveryInhibitIsReleasedWithItsOwnCookie)
 {
     int argc = 1;
-    char name[] = "player_platform_tests";
+    char name[] = "platform_tests";
     char *argv[] = {name, nullptr};
     QCoreApplication app(argc, argv); // replies arrive through its event loop
     const QString daemonProgram = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
@@ -53,7 +56,7 @@ TEST(DbusScreenSaverInhibitor, EveryInhibitIsReleasedWithItsOwnCookie)
     ASSERT_FALSE(address.isEmpty());
     // Without a screen saver on the bus, or without a bus, the request fails at once and the show goes on.
     for (const QString &lonelyAddress : {address, "unix:path=" + tmp.filePath("no-bus")}) {
-        DbusScreenSaverInhibitor lonely(QDBusConnection::connectToBus(lonelyAddress, lonelyAddress));
+        DbusScreenSaverInhibitor lonely(identity, QDBusConnection::connectToBus(lonelyAddress, lonelyAddress));
         lonely.inhibit();
         EXPECT_TRUE(QTest::qWaitFor([&] { return !lonely.isPending(); }, 1000)) << lonelyAddress.toStdString();
         EXPECT_FALSE(lonely.isHeld());
@@ -88,7 +91,7 @@ TEST(DbusScreenSaverInhibitor, EveryInhibitIsReleasedWithItsOwnCookie)
         SCOPED_TRACE(row.name);
         const qsizetype before = recorded().size();
         {
-            DbusScreenSaverInhibitor inhibitor(QDBusConnection::connectToBus(address, row.name));
+            DbusScreenSaverInhibitor inhibitor(identity, QDBusConnection::connectToBus(address, row.name));
             for (const Step step : row.steps) {
                 if (step == inhibit)
                     inhibitor.inhibit();
@@ -105,7 +108,7 @@ TEST(DbusScreenSaverInhibitor, EveryInhibitIsReleasedWithItsOwnCookie)
         QStringList cookies;
         for (int i = 0; i < row.inhibits; ++i) {
             const QString cookie = calls[2 * i].section(u'\t', -1);
-            EXPECT_EQ(calls[2 * i], "Inhibit SorvanePlayer\tSlidora is showing photos\t" + cookie);
+            EXPECT_EQ(calls[2 * i], "Inhibit SorvaneSlideshow\tA slideshow is playing\t" + cookie);
             EXPECT_EQ(calls[2 * i + 1], "UnInhibit " + cookie);
             EXPECT_FALSE(cookies.contains(cookie));
             cookies << cookie;

@@ -1,20 +1,19 @@
-#include "app/PlayerSlideModel.h"
+#include "views/SlideModel.h"
 
-#include "EngineLog.h"
 #include "media/BrandOverlay.h"
 
 namespace sorvane {
 
-PlayerSlideModel::PlayerSlideModel(QObject *parent) : QObject(parent) { }
+SlideModel::SlideModel(QObject *parent) : QObject(parent) { }
 
-void PlayerSlideModel::setSlide(PlayerSlide slide)
+void SlideModel::setSlide(Slide slide)
 {
     slide.serial = m_nextSerial++;
     m_slide = std::move(slide);
     Q_EMIT slideChanged();
 }
 
-void PlayerSlideModel::setPreloadSource(const QUrl &source)
+void SlideModel::setPreloadSource(const QUrl &source)
 {
     if (source == m_preload)
         return;
@@ -22,7 +21,7 @@ void PlayerSlideModel::setPreloadSource(const QUrl &source)
     Q_EMIT preloadSourceChanged();
 }
 
-void PlayerSlideModel::setAppearance(const SlideAppearance &appearance)
+void SlideModel::setAppearance(const SlideAppearance &appearance)
 {
     if (appearance == m_appearance)
         return;
@@ -30,7 +29,7 @@ void PlayerSlideModel::setAppearance(const SlideAppearance &appearance)
     Q_EMIT appearanceChanged();
 }
 
-void PlayerSlideModel::setOverlay(const BrandOverlayView &overlay, const BrandOverlaySettings &settings, QSize logoSize)
+void SlideModel::setOverlay(const BrandOverlayView &overlay, const BrandOverlaySettings &settings, QSize logoSize)
 {
     m_overlaySettings = settings;
     m_logoSize = logoSize;
@@ -38,7 +37,7 @@ void PlayerSlideModel::setOverlay(const BrandOverlayView &overlay, const BrandOv
     Q_EMIT overlayChanged();
 }
 
-void PlayerSlideModel::setPaused(bool paused)
+void SlideModel::setPaused(bool paused)
 {
     if (paused == m_paused)
         return;
@@ -46,7 +45,7 @@ void PlayerSlideModel::setPaused(bool paused)
     Q_EMIT pausedChanged();
 }
 
-QRectF PlayerSlideModel::overlayRect(double width, double height) const
+QRectF SlideModel::overlayRect(double width, double height) const
 {
     if (!m_overlay.visible)
         return {};
@@ -54,7 +53,7 @@ QRectF PlayerSlideModel::overlayRect(double width, double height) const
         m_overlaySettings.sizePercent, m_overlaySettings.marginPercent);
 }
 
-void PlayerSlideModel::reportPresented(int serial)
+void SlideModel::reportPresented(int serial)
 {
     if (serial != m_slide.serial || serial == m_presentedSerial)
         return;
@@ -62,7 +61,7 @@ void PlayerSlideModel::reportPresented(int serial)
     Q_EMIT presented();
 }
 
-bool PlayerSlideModel::firstReport(int serial)
+bool SlideModel::firstReport(int serial)
 {
     if (serial != m_slide.serial || serial == m_reportedSerial)
         return false;
@@ -70,18 +69,16 @@ bool PlayerSlideModel::firstReport(int serial)
     return true;
 }
 
-void PlayerSlideModel::reportEnded(int serial)
+void SlideModel::reportEnded(int serial)
 {
     if (firstReport(serial))
         Q_EMIT ended(serial);
 }
 
-void PlayerSlideModel::reportFailed(int serial, const QString &reason)
+void SlideModel::reportFailed(int serial, const QString &reason)
 {
-    if (!firstReport(serial))
-        return;
-    qCInfo(lcPlayer, "Could not show %s: %s", qUtf8Printable(m_slide.source.toLocalFile()), qUtf8Printable(reason));
-    Q_EMIT failed(serial, reason);
+    if (firstReport(serial))
+        Q_EMIT failed(serial, reason);
 }
 
 } // namespace sorvane

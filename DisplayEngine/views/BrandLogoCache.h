@@ -14,6 +14,7 @@ namespace sorvane {
 // are untrusted: decoding is bounded like any slide.
 class BrandLogoCache final : public QQuickImageProvider, public BrandOverlayImageDecoding {
 public:
+    static constexpr QLatin1StringView kProviderName {"brand"};
     static constexpr int maximumEdge = 4096;
 
     BrandLogoCache();

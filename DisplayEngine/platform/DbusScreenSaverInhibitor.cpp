@@ -22,16 +22,18 @@ QDBusMessage screenSaverCall(const QString &method)
     return QDBusMessage::createMethodCall(service, path, screenSaverInterface, method);
 }
 
-void logInhibitFailure(const QString &why)
-{
-    qCWarning(lcPlayer, "Display sleep could not be inhibited: %s", qUtf8Printable(why));
-}
-
 } // namespace
 
-DbusScreenSaverInhibitor::DbusScreenSaverInhibitor(QDBusConnection connection)
-    : m_connection(std::move(connection)), m_context(std::make_unique<QObject>())
+DbusScreenSaverInhibitor::DbusScreenSaverInhibitor(Identity identity, QDBusConnection connection)
+    : m_identity(std::move(identity)), m_connection(std::move(connection)), m_context(std::make_unique<QObject>())
 {
+    if (!m_identity.log)
+        m_identity.log = lcEngine;
+}
+
+void DbusScreenSaverInhibitor::logInhibitFailure(const QString &why) const
+{
+    qCWarning(m_identity.log, "Display sleep could not be inhibited: %s", qUtf8Printable(why));
 }
 
 DbusScreenSaverInhibitor::~DbusScreenSaverInhibitor()
@@ -56,7 +58,7 @@ void DbusScreenSaverInhibitor::inhibit()
     }
 
     QDBusMessage call = screenSaverCall(QStringLiteral("Inhibit"));
-    call << QString::fromLatin1(applicationName) << QString::fromLatin1(reason);
+    call << m_identity.applicationName << m_identity.reason;
     m_pending = new QDBusPendingCallWatcher(m_connection.asyncCall(call), m_context.get());
     QObject::connect(m_pending, &QDBusPendingCallWatcher::finished, m_context.get(),
         [this](QDBusPendingCallWatcher *watcher) { onInhibitReply(watcher); });
@@ -89,7 +91,7 @@ void DbusScreenSaverInhibitor::onInhibitReply(QDBusPendingCallWatcher *watcher)
         return;
     }
     const uint cookie = reply.value();
-    qCInfo(lcPlayer, "Display kept awake (cookie %u)", cookie);
+    qCInfo(m_identity.log, "Display kept awake (cookie %u)", cookie);
     if (releaseNow)
         unInhibit(cookie);
     else
@@ -102,9 +104,9 @@ void DbusScreenSaverInhibitor::unInhibit(uint cookie)
     call << cookie;
     const QDBusMessage reply = m_connection.call(call, QDBus::Block, releaseTimeoutMs);
     if (reply.type() == QDBusMessage::ErrorMessage)
-        qCWarning(lcPlayer, "Display sleep could not be released: %s", qUtf8Printable(reply.errorMessage()));
+        qCWarning(m_identity.log, "Display sleep could not be released: %s", qUtf8Printable(reply.errorMessage()));
     else
-        qCInfo(lcPlayer, "Display sleep released");
+        qCInfo(m_identity.log, "Display sleep released");
 }
 
 } // namespace sorvane

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/BrandOverlayView.h"
-#include "app/PlayerSlide.h"
-#include "app/SlideAppearance.h"
 #include "media/BrandOverlaySettings.h"
+#include "views/BrandOverlayView.h"
+#include "views/Slide.h"
+#include "views/SlideAppearance.h"
 
 #include <QObject>
 #include <QRectF>
@@ -12,25 +12,25 @@
 
 namespace sorvane {
 
-// What every player window draws, shared by all of them (each screen shows the
+// What the slide windows draw, shared by all of them (each screen shows the
 // same item). Views report back by serial; only the first report about the slide
 // on screen is passed on, so two screens failing on one file fail it once.
-class PlayerSlideModel : public QObject {
+class SlideModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the player")
-    Q_PROPERTY(sorvane::PlayerSlide slide READ slide NOTIFY slideChanged)
+    QML_UNCREATABLE("Made by the application")
+    Q_PROPERTY(sorvane::Slide slide READ slide NOTIFY slideChanged)
     Q_PROPERTY(QUrl preloadSource READ preloadSource NOTIFY preloadSourceChanged)
     Q_PROPERTY(sorvane::SlideAppearance appearance READ appearance NOTIFY appearanceChanged)
     Q_PROPERTY(sorvane::BrandOverlayView overlay READ overlay NOTIFY overlayChanged)
     Q_PROPERTY(bool paused READ paused NOTIFY pausedChanged)
 
 public:
-    explicit PlayerSlideModel(QObject *parent = nullptr);
+    explicit SlideModel(QObject *parent = nullptr);
 
-    const PlayerSlide &slide() const { return m_slide; }
+    const Slide &slide() const { return m_slide; }
     // Gives the slide the next serial.
-    void setSlide(PlayerSlide slide);
+    void setSlide(Slide slide);
     QUrl preloadSource() const { return m_preload; }
     void setPreloadSource(const QUrl &source);
     const SlideAppearance &appearance() const { return m_appearance; }
@@ -66,7 +66,7 @@ Q_SIGNALS:
 private:
     bool firstReport(int serial);
 
-    PlayerSlide m_slide;
+    Slide m_slide;
     QUrl m_preload;
     SlideAppearance m_appearance;
     BrandOverlayView m_overlay;
