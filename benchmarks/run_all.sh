@@ -74,7 +74,7 @@ echo "load average now: $(cut -d' ' -f1-3 /proc/loadavg) (figures are noisy when
 grep -E '^open median' "$logs/open"
 grep -E '^ +(JSON parse|manifest build|file checks|play order)' "$logs/open"
 grep -E '^frame median' "$logs/flow"
-grep -E '^(view model in path order|sort -V|ratio ours/sort|next) median|^ratio ours/sort' "$logs/slideshow"
+grep -E '^(view model in path order median|sort -V|ratio ours/sort -V|next median)' "$logs/slideshow"
 grep -E 'median .*GB/s|^ratio' "$logs/sha"
 grep -E '^ratio ours/baseline|^peak resident' "$logs/export"
 if [[ "$PLAYER_BENCH" != 0 ]]; then

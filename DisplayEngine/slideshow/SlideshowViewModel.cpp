@@ -334,14 +334,15 @@ void SlideshowViewModel::setFullScreen(bool fullScreen)
 
 bool SlideshowViewModel::duplicateAvoidanceApplies() const
 {
-    if (!m_claims)
+    // A window that is not running holds no claim and takes none.
+    if (!m_claims || !m_isActive)
         return false;
     return SlideshowGlobalSettings::readDuplicateAvoidance(m_preferences);
 }
 
 void SlideshowViewModel::claimCurrent()
 {
-    if (!m_claims)
+    if (!m_claims || !m_isActive)
         return;
     if (duplicateAvoidanceApplies()) {
         // The first slide too avoids a file another window shows, when there is a free one.
@@ -424,9 +425,10 @@ void SlideshowViewModel::step(TransitionDirection direction)
     const QUrl incoming = m_images.at(target).url();
     if (m_claimedUrl && *m_claimedUrl != incoming)
         releaseClaim(*m_claimedUrl);
-    if (m_claims && !avoid)
+    if (m_claims && m_isActive && !avoid)
         m_claims->claim(incoming);
-    m_claimedUrl = incoming;
+    if (m_isActive)
+        m_claimedUrl = incoming;
     setCurrentIndex(target);
     ++m_imagesViewedInSession;
     showCurrent(direction);
@@ -517,7 +519,7 @@ void SlideshowViewModel::replaceImages(QList<ImageItem> ordered, const std::opti
         setLayer(true, std::nullopt);
         setLayer(false, std::nullopt);
         Q_EMIT currentImageRealFilenameChanged();
-    } else if (m_isActive && now && (!keep || !(*now == *keep))) {
+    } else if (m_isActive && now && m_displayMode == DisplayMode::standard && (!keep || !(*now == *keep))) {
         // Another item took the place of the one on screen.
         if (m_claimedUrl && *m_claimedUrl != now->url())
             releaseClaim(*m_claimedUrl);

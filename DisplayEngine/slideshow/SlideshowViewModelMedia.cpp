@@ -101,10 +101,13 @@ void SlideshowViewModel::onTrashDone(const QUuid &itemId, bool resumeAfter, int 
             if (nextIndex >= m_images.size())
                 nextIndex = m_settings.loopSlideshow ? 0 : int(m_images.size()) - 1;
             m_currentIndex = nextIndex;
-            claimCurrent();
             announceCurrentIndex();
-            ++m_imagesViewedInSession;
-            showCurrent(TransitionDirection::forward);
+            // A window stopped while the host asked shows and claims nothing more.
+            if (m_isActive) {
+                claimCurrent();
+                ++m_imagesViewedInSession;
+                showCurrent(TransitionDirection::forward);
+            }
         }
         if (m_collageWall)
             m_collageWall->setPool(m_images, m_collagePoolGeneration);
@@ -202,7 +205,7 @@ void SlideshowViewModel::openFromCollage(const QString &itemId)
     leaveCollage();
     setCurrentIndex(int(found - m_images.cbegin()));
     m_claimedUrl.reset();
-    if (m_claims) {
+    if (m_claims && m_isActive) {
         m_claims->claim(found->url());
         m_claimedUrl = found->url();
     }

@@ -346,6 +346,7 @@ TEST(SlideshowViewModel, StopAndDestructionLeaveNoTimerBehind)
         ASSERT_TRUE(model->isTransitioning());
         rig.time.advance(0.1);
         EXPECT_GT(model->kenBurnsProgress(), 0.0);
+        model->moveCurrentToTrash(); // the host answers after the window is gone
         if (destroy)
             model.reset();
         else
@@ -353,6 +354,11 @@ TEST(SlideshowViewModel, StopAndDestructionLeaveNoTimerBehind)
         EXPECT_EQ(rig.time.pendingTimers(), 0u);
         EXPECT_EQ(claims->claimedCount(), 0);
         rig.time.advance(10);
+        rig.host.answer(HostShell::TrashOutcome::moved);
+        EXPECT_EQ(claims->claimedCount(), 0);
+        EXPECT_EQ(rig.time.pendingTimers(), 0u);
+        if (!destroy)
+            EXPECT_EQ(model->images().size(), 2);
     }
 }
 
