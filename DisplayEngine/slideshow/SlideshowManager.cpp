@@ -459,11 +459,12 @@ QUuid SlideshowManager::driver() const
 
 QList<QUuid> SlideshowManager::steppingWindows() const
 {
-    // Paused windows keep their slide, and a wall has no slide to step.
+    // Paused windows keep their slide, a wall has no slide to step, and a video plays
+    // to its end (its window then steps itself).
     QList<QUuid> result;
     for (const QUuid &id : std::as_const(d->order)) {
         const SlideshowViewModel *window = viewModel(id);
-        if (!window->isPaused() && window->displayMode() == DisplayMode::standard)
+        if (!window->isPaused() && window->displayMode() == DisplayMode::standard && !window->isHeldByVideo())
             result.append(id);
     }
     return result;

@@ -328,6 +328,20 @@ TEST(SlideshowManager, LinkedWindowsAdvanceTogetherOrPhasedAndAClosedWindowLoses
     }
 }
 
+TEST(SlideshowManager, AVideoHoldsOnlyItsOwnWindow)
+{
+    Harness h;
+    h.items[0].setMediaType(MediaType::video); // the first window starts on it
+    h.launch();
+    ASSERT_TRUE(h.vm(0).isHeldByVideo());
+    const QStringList before = h.allShown();
+    h.time.advance(5.0);
+    const QStringList after = h.allShown();
+    EXPECT_EQ(after[0], before[0]);
+    EXPECT_NE(after[1], before[1]);
+    EXPECT_NE(after[2], before[2]);
+}
+
 TEST(SlideshowManager, LinkedWindowsKeepToDifferentFilesAndFreeTheirClaimOnClosing)
 {
     for (const bool avoidance : {true, false}) {
