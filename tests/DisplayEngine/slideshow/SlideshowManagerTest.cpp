@@ -392,9 +392,11 @@ TEST(SlideshowManager, CollageWallsTakeMirrorRolesAndHoldNoLinkedAdvanceBack)
 {
     Harness h(ControlScope::mirrored);
     const QList<QUuid> ids = h.manager.launch({SlideshowLaunchRequest::Mode::collage, CollageLayout::scatter}, h.items,
-        Harness::inOrder(), SortMode::sequential);
+        Harness::inOrder(), SortMode::sequential, true);
     ASSERT_EQ(ids.size(), 1);
     const QList<QUuid> slides = h.launch();
+    EXPECT_TRUE(h.vm(0).useTransientSettings());
+    EXPECT_FALSE(h.vm(1).useTransientSettings());
     const auto roles = [&h] {
         QList<CollageRole> result;
         for (int i = 0; i < h.manager.activeSlideshowIds().size(); ++i)
