@@ -504,9 +504,9 @@ void SlideshowManager::advanceDue(const QUuid &id)
         int(running.size()), due->slideDuration(), d->global.phaseDelayDivideEvenly(), d->global.phaseDelay());
     due->next(true);
     d->phased.schedule(running, step, [this](const QUuid &window) {
-        SlideshowViewModel *target = viewModel(window);
-        if (target && !target->isPaused())
-            target->next(true);
+        // A window paused, turned into a wall or holding a video since keeps its turn.
+        if (steppingWindows().contains(window))
+            viewModel(window)->next(true);
     });
 }
 
