@@ -504,7 +504,7 @@ void SlideshowManager::advanceDue(const QUuid &id)
         int(running.size()), due->slideDuration(), d->global.phaseDelayDivideEvenly(), d->global.phaseDelay());
     due->next(true);
     d->phased.schedule(running, step, [this](const QUuid &window) {
-        // A window paused, turned into a wall or holding a video since keeps its turn.
+        // A window that has since paused, become a wall or started a video lets its turn pass.
         if (steppingWindows().contains(window))
             viewModel(window)->next(true);
     });
