@@ -14,12 +14,12 @@ void PhasedAdvances::schedule(
 {
     for (qsizetype i = 1; i < windows.size(); ++i) {
         const QUuid window = windows[i];
-        const quint64 ticket = ++m_nextTicket;
-        const TimerScheduler::TimerId timer = m_timers.scheduleOnce(double(i) * step, [this, window, ticket, advance] {
-            m_pending.removeIf([ticket](const Pending &pending) { return pending.ticket == ticket; });
+        const quint64 serial = ++m_nextSerial;
+        const TimerScheduler::TimerId timer = m_timers.scheduleOnce(double(i) * step, [this, window, serial, advance] {
+            m_pending.removeIf([serial](const Pending &pending) { return pending.serial == serial; });
             advance(window);
         });
-        m_pending.append({window, timer, ticket});
+        m_pending.append({window, timer, serial});
     }
 }
 

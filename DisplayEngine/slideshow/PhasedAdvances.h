@@ -31,14 +31,14 @@ private:
     struct Pending {
         QUuid window;
         TimerScheduler::TimerId timer;
-        quint64 ticket;
+        quint64 serial;
     };
 
     void cancelIf(const std::function<bool(const Pending &)> &matches);
 
     TimerScheduler &m_timers;
     QList<Pending> m_pending;
-    quint64 m_nextTicket = 0;
+    quint64 m_nextSerial = 0;
 };
 
 } // namespace sorvane
