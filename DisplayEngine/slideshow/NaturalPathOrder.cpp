@@ -43,11 +43,14 @@ void NaturalPathOrder::appendSortKey(QStringView path, std::string &key)
             continue;
         }
         if (digitOf(path.at(i)) < 0) {
-            // Other scripts: fold a whole run at once; UTF-8 keeps code point order.
+            // Other letters: fold a whole run at once, accents dropped as a file browser
+            // does ("Été" sorts with the e's); UTF-8 keeps code point order.
             qsizetype end = i + 1;
             while (end < n && path.at(end).unicode() >= 0x80 && digitOf(path.at(end)) < 0)
                 ++end;
-            key += path.sliced(i, end - i).toString().toCaseFolded().toStdString();
+            QString run = path.sliced(i, end - i).toString().normalized(QString::NormalizationForm_D);
+            run.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
+            key += run.toCaseFolded().toStdString();
             i = end;
             continue;
         }

@@ -45,6 +45,7 @@ TEST(SlideshowOrder, PathOrderIsNaturalCaseInsensitiveAndStable)
         {{"/p/x 2 y 10.jpg", "/p/x 2 y 9.jpg", "/p/x 10 y 1.jpg"},
             {"/p/x 2 y 9.jpg", "/p/x 2 y 10.jpg", "/p/x 10 y 1.jpg"}},
         {{"/p/a-1.jpg", "/p/a1.jpg", "/p/a.jpg"}, {"/p/a-1.jpg", "/p/a.jpg", "/p/a1.jpg"}},
+        {{"/p/f.jpg", "/p/\u00c9t\u00e9.jpg", "/p/e.jpg"}, {"/p/e.jpg", "/p/\u00c9t\u00e9.jpg", "/p/f.jpg"}},
         {{"/p/99999999999999999999.jpg", "/p/100000000000000000000.jpg"},
             {"/p/99999999999999999999.jpg", "/p/100000000000000000000.jpg"}},
     };
