@@ -63,6 +63,8 @@ void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool pic
 
 void MediaTreeWalk::walkFolder(const QString &path, const QString &root)
 {
+    if (m_stop && m_stop())
+        m_stopped = true;
     if (m_stopped)
         return;
     const QFileInfo info(path);

@@ -24,6 +24,9 @@ public:
     void addPickedFile(const QFileInfo &info);
     void addFolder(const QString &path);
 
+    // Asked before each folder is listed (a folder may hold no media for a long while);
+    // true stops the walk.
+    void stopWhen(std::function<bool()> stop) { m_stop = std::move(stop); }
     bool stopped() const { return m_stopped; }
     // Folders that exist but could not be listed.
     qint64 unreadableFolders() const { return m_unreadableFolders; }
@@ -39,6 +42,7 @@ private:
 
     bool m_includeVideos;
     Visit m_visit;
+    std::function<bool()> m_stop;
     bool m_stopped = false;
     bool m_noteUnnamed = false;
     qint64 m_unreadableFolders = 0;

@@ -194,7 +194,6 @@ TEST(MediaFolderScan, ACancelStopsTheBatchesAndSaysSo)
     const Scanned scanned = runScan({.folders = {tmp.filePath("root")}}, [](MediaFolderScan &scan) { scan.cancel(); });
     EXPECT_EQ(scanned.batches.size(), 1);
     EXPECT_TRUE(scanned.counts.cancelled);
-    EXPECT_LT(scanned.counts.images, 200);
 }
 
 TEST(AnimationHeader, TellsMovingFromStillByTheFirstBytes)
