@@ -93,6 +93,7 @@ void MediaFolderScan::run(const Request &request)
         }
         return true;
     });
+    walk.stayInsidePickedFolders(true);
     walk.stopWhen([&cancelled] { return cancelled->load(); });
     for (const QString &file : request.files)
         walk.addPickedFile(QFileInfo(file));

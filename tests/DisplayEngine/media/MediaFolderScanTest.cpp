@@ -61,7 +61,7 @@ Scanned runScan(MediaFolderScan::Request request, const std::function<void(Media
 }
 
 // "path" a photo (content by name), "path/" a folder, "path->target" a symbolic link
-// ("@outside" is a folder beside the tree holding out.jpg), "!path" takes every permission away.
+// ("@outside" stands for a folder beside the tree holding out.jpg), "!path" takes every permission away.
 void build(const QString &root, const QString &outside, const QStringList &entries)
 {
     QDir().mkpath(outside);
@@ -72,7 +72,7 @@ void build(const QString &root, const QString &outside, const QStringList &entri
             ASSERT_TRUE(QFile::setPermissions(root + '/' + entry.mid(1), {}));
         } else if (entry.contains("->")) {
             const QStringList parts = entry.split("->");
-            const QString target = parts[1] == "@outside" ? outside : parts[1];
+            const QString target = QString(parts[1]).replace("@outside", outside);
             ASSERT_TRUE(QFile::link(target, root + '/' + parts[0]));
         } else if (entry.endsWith('/')) {
             ASSERT_TRUE(QDir().mkpath(root + '/' + entry));
@@ -117,8 +117,10 @@ TEST(MediaFolderScan, FindsMediaByTheExportsRules)
             {"C.heic", "b.jpg", "fake.jpg", "a/z.png", "a/deeper/c.mov~video"}, {4, 1}},
         {"hidden folders and files skipped", {".cache/x.jpg", ".y.jpg", "shown.png"}, {"shown.png"}, {1, 0}},
         {"a link loop ends", {"sub/p.jpg", "sub/back->..", "sub/self->."}, {"sub/p.jpg"}, {1, 0}},
-        {"a link to a folder outside is followed, its files once", {"in.jpg", "away->@outside", "again->@outside"},
-            {"in.jpg", "again/out.jpg"}, {2, 0}},
+        {"links leading outside are not followed", {"in.jpg", "away->@outside", "file.jpg->@outside/out.jpg"},
+            {"in.jpg"}, {1, 0}},
+        {"links within are followed, their files once", {"sub/in.jpg", "again->sub", "same.jpg->sub/in.jpg"},
+            {"same.jpg"}, {1, 0}},
         {"a bundle inside is left alone", {"show/bundle.json", "show/media/x.jpg", "y.jpg"}, {"y.jpg"}, {1, 0}},
         {"animation read from the header only", {"moves.gif", "still.gif", "moves.webp", "still.webp", "clip.webm"},
             {"clip.webm~video", "moves.gif~gif", "moves.webp~webp", "still.gif", "still.webp"}, {4, 1}},
