@@ -6,7 +6,6 @@
 #include "DisplayEngine/slideshow/SlideshowTestHost.h"
 #include "support/LogCapture.h"
 
-#include <QCoreApplication>
 #include <QQuickWindow>
 
 #include <gtest/gtest.h>
@@ -72,8 +71,7 @@ TEST(TransitionFrameWatcher, AWindowThatFallsBehindTurnsItsModelToCrossFadesOnce
     TransitionFrameWatcher watcher(&window, model.get(), rig.time);
     const auto frameAfter = [&](double seconds) {
         rig.time.advance(seconds);
-        Q_EMIT window.frameSwapped();
-        QCoreApplication::processEvents();
+        Q_EMIT window.afterAnimating();
     };
 
     frameAfter(0.2); // slow frames with nothing moving do not count
