@@ -4,6 +4,7 @@
 #include "DisplayEngine/slideshow/SlideshowTestHost.h"
 #include "QmlHarness.h"
 
+#include "collage/CollageWallModel.h"
 #include "views/SlideshowEnums.h"
 
 #include <QMetaEnum>
@@ -28,13 +29,13 @@ struct Layer {
 // The slideshow view over a running model of three local stills.
 class ViewsRig {
 public:
-    explicit ViewsRig(TransitionStyle style, double transitionDuration = 1.0)
+    explicit ViewsRig(TransitionStyle style, QList<ImageItem> items = numberedItems(3))
     {
         SlideshowSettings settings;
         settings.transitionStyle = style;
-        settings.transitionDuration = transitionDuration;
+        settings.transitionDuration = 1.0;
         settings.defaultDuration = 5;
-        model = rig.make(numberedItems(3), settings);
+        model = rig.make(std::move(items), settings);
         model->start();
         harness = std::make_unique<QmlHarness>(QSize(kWidth, kHeight),
             QStringLiteral("SlideshowImageViews { property bool flipping: viewModel.activeTransitionStyle === "
@@ -180,6 +181,60 @@ TEST(SlideshowImageViews, KenBurnsDriftsThroughTheHoldAndZoomAppliesToTheCurrent
     const Layer current = zoomed.layerShowing(0);
     EXPECT_NEAR(current.scale, 1.25, 1e-9);
     EXPECT_NEAR(current.x, 30 * (zoomed.model->settings().naturalScrollingForPan ? -1 : 1), 1e-9);
+}
+
+TEST(SlideshowImageViews, AVideoReportsItsEndAndAnyFailureButAStillDoesNot)
+{
+    const struct {
+        bool video;
+        const char *report;
+        int indexAfter;
+    } rows[] = {
+        {true, "ended", 1},
+        {true, "failed", 1},
+        {false, "ended", 0},
+        {false, "failed", 0},
+    };
+    for (const auto &row : rows) {
+        QList<ImageItem> items = numberedItems(3);
+        if (row.video)
+            items[0].setMediaType(MediaType::video);
+        ViewsRig views(TransitionStyle::none, items);
+        ASSERT_TRUE(views.harness->ok());
+        QQuickItem *current = views.harness->find(QStringLiteral("primaryLayer"));
+        auto *content = current->findChild<QQuickItem *>(QStringLiteral("content"));
+        ASSERT_NE(content, nullptr);
+        ASSERT_EQ(views.model->currentIndex(), 0);
+        // Only the slide on show is heard.
+        EXPECT_FALSE(content->property("muted").toBool());
+        if (std::string(row.report) == "ended")
+            QMetaObject::invokeMethod(content, "ended");
+        else
+            QMetaObject::invokeMethod(content, "failed", Q_ARG(QString, QStringLiteral("broken")));
+        EXPECT_EQ(views.model->currentIndex(), row.indexAfter) << row.video << row.report;
+    }
+}
+
+TEST(SlideshowImageViews, CollageModeDrawsTheWallInsteadOfTheLayers)
+{
+    ViewsRig views(TransitionStyle::none);
+    ASSERT_TRUE(views.harness->ok());
+    auto *collage = views.harness->find(QStringLiteral("collage"));
+    ASSERT_NE(collage, nullptr);
+    EXPECT_FALSE(collage->property("active").toBool());
+    EXPECT_TRUE(views.harness->find(QStringLiteral("primaryLayer"))->isVisible());
+
+    views.model->enterCollage();
+    EXPECT_TRUE(collage->property("active").toBool());
+    auto *wall = collage->property("item").value<QQuickItem *>();
+    ASSERT_NE(wall, nullptr);
+    EXPECT_EQ(wall->property("wall").value<QObject *>(), static_cast<QObject *>(views.model->collageWall()));
+    EXPECT_FALSE(views.harness->find(QStringLiteral("primaryLayer"))->isVisible());
+
+    views.model->openFromCollage(views.model->images().at(1).id().toString());
+    EXPECT_FALSE(collage->property("active").toBool());
+    EXPECT_TRUE(views.harness->find(QStringLiteral("primaryLayer"))->isVisible()
+        || views.harness->find(QStringLiteral("secondaryLayer"))->isVisible());
 }
 
 // Each QML enumeration has a case for every case of the engine's, by the same name.

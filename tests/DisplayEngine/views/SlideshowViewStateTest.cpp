@@ -1,0 +1,95 @@
+// What the views read from a view model: settings a stranger's preferences may have broken
+// come out drawable, the layers come out as slides of the right kind, and the model may go first.
+#include "DisplayEngine/slideshow/SlideshowTestHost.h"
+
+#include "views/SlideshowViewState.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+namespace sorvane {
+namespace {
+
+using namespace sorvane::test;
+
+TEST(SlideshowViewState, SettingsComeOutDrawable)
+{
+    const struct {
+        std::function<void(SlideshowSettings &)> change;
+        const char *property;
+        QVariant expected;
+    } rows[] = {
+        {[](SlideshowSettings &s) { s.imageScaling = ImageScalingMode::fillScreen; }, "scaling", "fill_screen"},
+        {[](SlideshowSettings &s) { s.imageScaling = ImageScalingMode::actualSize; }, "scaling", "actual_size"},
+        {[](SlideshowSettings &s) { s.backgroundColor = "#336699"; }, "backgroundColor", QColor("#336699")},
+        {[](SlideshowSettings &s) { s.backgroundColor = "no such colour"; }, "backgroundColor", QColor(Qt::black)},
+        {[](SlideshowSettings &s) { s.controlSize = "large"; }, "controlSize", "large"},
+        {[](SlideshowSettings &s) { s.controlSize = "huge"; }, "controlSize", "medium"},
+        {[](SlideshowSettings &s) { s.controlOpacity = std::nan(""); }, "controlOpacity", 0.4},
+        {[](SlideshowSettings &s) { s.controlOpacity = 3; }, "controlOpacity", 1.0},
+        {[](SlideshowSettings &s) { s.controlOpacity = -1; }, "controlOpacity", 0.0},
+        {[](SlideshowSettings &s) { s.fileDisplayFormat = FileDisplayFormat::fullPath; }, "fileNameLine",
+            "/show/img1.jpg"},
+    };
+    for (const auto &row : rows) {
+        SlideshowRig rig;
+        SlideshowSettings settings;
+        row.change(settings);
+        auto model = rig.make(numberedItems(2), settings);
+        model->start();
+        SlideshowViewState state;
+        state.setViewModel(model.get());
+        EXPECT_EQ(state.property(row.property), row.expected) << row.property;
+    }
+}
+
+TEST(SlideshowViewState, LayersAreSlidesOfTheirKindAndFollowTheModel)
+{
+    QList<ImageItem> items = numberedItems(3);
+    items[1].setAnimated(true);
+    items[1].setAnimationType(AnimationType::gif);
+    items[2].setMediaType(MediaType::video);
+    SlideshowRig rig;
+    SlideshowSettings settings;
+    settings.transitionStyle = TransitionStyle::none;
+    auto model = rig.make(items, settings);
+    model->start();
+    SlideshowViewState state;
+    state.setViewModel(model.get());
+    int filterChanges = 0;
+    QObject::connect(&state, &SlideshowViewState::filterChanged, [&] { ++filterChanges; });
+
+    const struct {
+        bool animated, video;
+    } expected[] = {{false, false}, {true, false}, {false, true}};
+    for (int i = 0; i < 3; ++i) {
+        const QVariant layer = model->isPrimaryLayerActive() ? state.primarySlide() : state.secondarySlide();
+        const QVariantMap slide = layer.toMap();
+        EXPECT_EQ(slide.value("source").toUrl(), items[i].url()) << i;
+        EXPECT_EQ(slide.value("id").toString(), items[i].id().toString(QUuid::WithoutBraces)) << i;
+        EXPECT_EQ(slide.value("isAnimated").toBool(), expected[i].animated) << i;
+        EXPECT_EQ(slide.value("isVideo").toBool(), expected[i].video) << i;
+        // A hard cut leaves nothing on the other layer.
+        EXPECT_FALSE((model->isPrimaryLayerActive() ? state.secondarySlide() : state.primarySlide()).isValid()) << i;
+        model->next();
+    }
+
+    model->setImageFilter(ImageFilter::sepia);
+    EXPECT_EQ(state.filter(), "sepia");
+    EXPECT_EQ(filterChanges, 1);
+
+    state.chooseTransitionStyle(int(TransitionStyle::flip));
+    EXPECT_EQ(model->settings().transitionStyle, TransitionStyle::flip);
+    state.chooseTransitionStyle(99);
+    EXPECT_EQ(model->settings().transitionStyle, TransitionStyle::flip);
+
+    model.reset();
+    EXPECT_EQ(state.viewModel(), nullptr);
+    EXPECT_FALSE(state.primarySlide().isValid());
+    EXPECT_EQ(state.fileNameLine(), "");
+}
+
+} // namespace
+} // namespace sorvane
