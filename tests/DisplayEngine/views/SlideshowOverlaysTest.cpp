@@ -180,5 +180,32 @@ TEST(SlideshowOverlays, TheFileNameLineFollowsTheSettings)
     }
 }
 
+TEST(SlideshowOverlays, CardsComeOnTheHostsWordAndTheirButtonsTellIt)
+{
+    const struct {
+        const char *flag;
+        const char *button;
+        const char *title;
+    } rows[] = {
+        {"showShortcuts", "gotItButton", "Keyboard Shortcuts"},
+        {"showMultiMonitorTip", "closeButton", "Playing on more than one screen"},
+    };
+    for (const auto &row : rows) {
+        OverlayRig rig(QStringLiteral("SlideshowOverlays { objectName: \"overlays\"; anchors.fill: parent;"
+                                      " viewModel: root.viewModel; viewState: state;"
+                                      " onShortcutsDismissed: root.log += \"showShortcuts;\";"
+                                      " onMultiMonitorTipDismissed: root.log += \"showMultiMonitorTip;\" }"));
+        ASSERT_TRUE(rig.harness->ok());
+        EXPECT_FALSE(textsIn(rig.harness->root()).contains(row.title)) << row.flag;
+        rig.harness->find("overlays")->setProperty(row.flag, true);
+        rig.harness->settle();
+        EXPECT_TRUE(textsIn(rig.harness->root()).contains(row.title)) << row.flag;
+        QQuickItem *button = rig.harness->visible(row.button);
+        ASSERT_NE(button, nullptr) << row.flag;
+        rig.harness->click(button);
+        EXPECT_EQ(rig.log(), QString::fromLatin1(row.flag) + ";");
+    }
+}
+
 } // namespace
 } // namespace sorvane
