@@ -46,6 +46,13 @@ Item {
         muted: root.muted
     }
 
+    SlideshowGestures {
+        objectName: "gestures"
+        anchors.fill: parent
+        enabled: !root.isCollage
+        viewModel: root.viewModel
+    }
+
     Loader {
         objectName: "collage"
         anchors.fill: parent

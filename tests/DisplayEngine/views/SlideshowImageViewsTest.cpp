@@ -172,6 +172,32 @@ TEST(SlideshowImageViews, KenBurnsDriftsThroughTheHoldAndZoomAppliesToTheCurrent
     EXPECT_NEAR(current.x, 30 * (zoomed.model->settings().naturalScrollingForPan ? -1 : 1), 1e-3);
 }
 
+TEST(SlideshowImageViews, ThePointerRevealsZoomsAndPans)
+{
+    ViewsRig views(TransitionStyle::none);
+    ASSERT_TRUE(views.harness->ok());
+    QQuickWindow &window = views.harness->window();
+    QTest::mouseMove(&window, QPoint(400, 300));
+    QTest::mouseMove(&window, QPoint(410, 300));
+    EXPECT_TRUE(views.model->showControls());
+
+    QWheelEvent notch(QPointF(400, 300), window.mapToGlobal(QPointF(400, 300)), {}, QPoint(0, 120), Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&window, &notch);
+    EXPECT_NEAR(views.model->zoomLevel(), 1.15, 1e-9); // 15 degrees at 0.01 each
+
+    QTest::mouseDClick(&window, Qt::LeftButton, {}, QPoint(400, 300));
+    EXPECT_NEAR(views.model->zoomLevel(), 1.0, 1e-9);
+    QTest::mouseDClick(&window, Qt::LeftButton, {}, QPoint(400, 300));
+    EXPECT_NEAR(views.model->zoomLevel(), views.model->settings().smartZoomLevel, 1e-9);
+
+    QTest::mousePress(&window, Qt::LeftButton, {}, QPoint(400, 300));
+    QTest::mouseMove(&window, QPoint(440, 320));
+    QTest::mouseRelease(&window, Qt::LeftButton, {}, QPoint(440, 320));
+    EXPECT_NEAR(std::abs(views.model->zoomOffset().width()), 40, 1e-9);
+    EXPECT_NEAR(std::abs(views.model->zoomOffset().height()), 20, 1e-9);
+}
+
 TEST(SlideshowImageViews, AVideoReportsItsEndAndAnyFailureButAStillDoesNot)
 {
     const struct {
