@@ -1,8 +1,7 @@
 // The central slideshow view over a real view model on fake time: where each layer stands at
 // points of every transition, the Ken Burns drift through the hold, zoom and pan, and the
 // engine's enumerations as QML compares them.
-#include "DisplayEngine/slideshow/SlideshowTestHost.h"
-#include "QmlHarness.h"
+#include "SlideshowScene.h"
 
 #include "collage/CollageWallModel.h"
 #include "views/SlideshowEnums.h"
@@ -26,21 +25,22 @@ struct Layer {
     double opacity, scale, x, turn;
 };
 
+SlideshowSettings withStyle(TransitionStyle style)
+{
+    SlideshowSettings settings;
+    settings.transitionStyle = style;
+    settings.transitionDuration = 1.0;
+    return settings;
+}
+
 // The slideshow view over a running model of three local stills.
-class ViewsRig {
-public:
+struct ViewsRig : SlideshowScene {
     explicit ViewsRig(TransitionStyle style, QList<ImageItem> items = numberedItems(3))
-    {
-        SlideshowSettings settings;
-        settings.transitionStyle = style;
-        settings.transitionDuration = 1.0;
-        settings.defaultDuration = 5;
-        model = rig.make(std::move(items), settings);
-        model->start();
-        harness = std::make_unique<QmlHarness>(QSize(kWidth, kHeight),
+        : SlideshowScene(QSize(kWidth, kHeight),
             QStringLiteral("SlideshowImageViews { property bool flipping: viewModel.activeTransitionStyle === "
                            "Slideshow.TransitionStyle.Flip }"),
-            QVariantMap {{QStringLiteral("viewModel"), QVariant::fromValue(model.get())}});
+            std::move(items), withStyle(style))
+    {
     }
 
     // The layer that shows the item at `index` of the model's images.
@@ -60,10 +60,6 @@ public:
         ADD_FAILURE() << "no layer shows item " << index;
         return {};
     }
-
-    SlideshowRig rig;
-    std::unique_ptr<SlideshowViewModel> model;
-    std::unique_ptr<QmlHarness> harness;
 };
 
 TEST(SlideshowImageViews, LayersFollowEveryTransitionStyle)

@@ -1,7 +1,6 @@
 // The slideshow window's overlays over a real view model: the shortcut card with a removed
 // binding, every control button reaching the model, the control sizes, and the file-name line.
-#include "DisplayEngine/slideshow/SlideshowTestHost.h"
-#include "QmlHarness.h"
+#include "SlideshowScene.h"
 
 #include <QColor>
 #include <QQmlExtensionPlugin>
@@ -15,25 +14,24 @@ namespace {
 
 using namespace sorvane::test;
 
+SlideshowSettings hardCuts(SlideshowSettings settings)
+{
+    settings.transitionStyle = TransitionStyle::none;
+    return settings;
+}
+
 // `subject` over a view model of three local stills, with `state` (a SlideshowViewState) at hand.
-struct OverlayRig {
-    OverlayRig(const QString &subject, SlideshowSettings settings = {})
-    {
-        settings.transitionStyle = TransitionStyle::none;
-        model = rig.make(numberedItems(3), settings);
-        model->start();
-        harness = std::make_unique<QmlHarness>(QSize(1280, 800),
+struct OverlayRig : SlideshowScene {
+    OverlayRig(const QString &subject, const SlideshowSettings &settings = {})
+        : SlideshowScene(QSize(1280, 800),
             QStringLiteral(
                 "Item { id: root; required property SlideshowViewModel viewModel; property string log: \"\"\n"
                 "SlideshowViewState { id: state; viewModel: root.viewModel }\n%1 }")
                 .arg(subject),
-            QVariantMap {{QStringLiteral("viewModel"), QVariant::fromValue(model.get())}});
+            numberedItems(3), hardCuts(settings))
+    {
     }
     QString log() const { return harness->root()->property("log").toString(); }
-
-    SlideshowRig rig;
-    std::unique_ptr<SlideshowViewModel> model;
-    std::unique_ptr<QmlHarness> harness;
 };
 
 // The controls, shown, reporting exit to root.log.
