@@ -1,0 +1,108 @@
+#include "bundle/MediaTreeWalk.h"
+
+#include "bundle/BundleFormat.h"
+#include "bundle/BundleSourceScanner.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+namespace sorvane {
+
+namespace {
+
+// A bundle's files are derivatives of photos; taking them again would only copy copies
+// (and re-exporting into the same place would find its own output).
+bool isBundle(const QString &folder)
+{
+    return QFileInfo(folder + QLatin1Char('/') + BundleFormat::manifestFileName).isFile();
+}
+
+} // namespace
+
+MediaTreeWalk::MediaTreeWalk(bool includeVideos, Visit visit)
+    : m_includeVideos(includeVideos), m_visit(std::move(visit))
+{
+}
+
+void MediaTreeWalk::addPickedFile(const QFileInfo &info)
+{
+    if (info.isDir())
+        addFolder(info.filePath());
+    else
+        addFile(info, info.absolutePath(), true);
+}
+
+void MediaTreeWalk::addFolder(const QString &path)
+{
+    walkFolder(path, QFileInfo(path).absoluteFilePath());
+}
+
+void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool picked)
+{
+    if (m_stopped)
+        return;
+    bool isVideo = false;
+    // Only regular files (or links to them) are found in folders: a pipe named .jpg would
+    // block whoever reads it. A picked one, like a missing one, stays to be reported as
+    // unreadable (nothing ever opens it).
+    if (info.exists() && !info.isFile() && !picked)
+        return;
+    if (!BundleSourceScanner::isSupported(info.fileName(), m_includeVideos, &isVideo))
+        return;
+    // A file listed twice, or reached twice through links, is one file.
+    const QString key = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
+    if (m_seenFiles.contains(key))
+        return;
+    m_seenFiles.insert(key);
+    if (!m_visit(info, isVideo, root))
+        m_stopped = true;
+}
+
+void MediaTreeWalk::walkFolder(const QString &path, const QString &root)
+{
+    if (m_stopped)
+        return;
+    const QFileInfo info(path);
+    const QString canonical = info.canonicalFilePath();
+    if (canonical.isEmpty() || m_seenFolders.contains(canonical) || isBundle(canonical))
+        return;
+    m_seenFolders.insert(canonical);
+    if (!info.isReadable() || !info.isExecutable()) {
+        ++m_unreadableFolders;
+        return;
+    }
+    const QFileInfoList entries
+        = QDir(path).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::DirsLast);
+    for (const QFileInfo &entry : entries) {
+        if (m_stopped)
+            return;
+        if (entry.isDir())
+            walkFolder(entry.absoluteFilePath(), root);
+        else
+            addFile(entry, root, false);
+    }
+    if (m_noteUnnamed)
+        findUnnamedFiles(path);
+}
+
+void MediaTreeWalk::findUnnamedFiles(const QString &folder)
+{
+    const QByteArray raw = QFile::encodeName(folder);
+    DIR *dir = opendir(raw.constData());
+    if (!dir)
+        return;
+    while (const dirent *entry = readdir(dir)) {
+        const QByteArray name(entry->d_name);
+        struct stat info { };
+        if (name.isValidUtf8() || stat((raw + '/' + name).constData(), &info) != 0 || !S_ISREG(info.st_mode))
+            continue;
+        if (BundleSourceScanner::isSupported(QString::fromUtf8(name), m_includeVideos))
+            m_unnamedIn.append(folder);
+    }
+    closedir(dir);
+}
+
+} // namespace sorvane

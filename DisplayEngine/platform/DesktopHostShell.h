@@ -1,0 +1,44 @@
+#pragma once
+
+#include "slideshow/HostShell.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace sorvane {
+
+class Preferences;
+
+// The host services of the desktop: the freedesktop trash behind a confirmation the
+// application asks, and the desktop's reduce-motion option.
+class DesktopHostShell final : public HostShell {
+public:
+    // The application asks the user whether to trash the item (its own dialog) and calls
+    // `answer` once with the choice, now or later, on the main thread.
+    using Answer = std::function<void(bool confirmed)>;
+    using ConfirmTrash = std::function<void(const ImageItem &item, Answer answer)>;
+    // Reads the desktop's animation switch: true when animations are on, nothing when the
+    // desktop does not say.
+    using ReadAnimationsEnabled = std::function<std::optional<bool>()>;
+
+    // The preference key that stands in when the desktop does not say.
+    static const QString reduceMotionKey;
+
+    // `preferences` must outlive the shell. The desktop's switch is read here, once.
+    DesktopHostShell(const Preferences &preferences, ConfirmTrash confirm, const ReadAnimationsEnabled &readAnimations);
+    ~DesktopHostShell() override;
+
+    void moveToTrash(const ImageItem &item, TrashDone done) override;
+    bool prefersReducedMotion() const override;
+    bool showControlsAfterCommands() const override { return true; }
+
+private:
+    const Preferences &m_preferences;
+    ConfirmTrash m_confirm;
+    std::optional<bool> m_animationsEnabled;
+    // Lets an answer that comes after the shell is gone do nothing.
+    std::shared_ptr<bool> m_alive;
+};
+
+} // namespace sorvane
