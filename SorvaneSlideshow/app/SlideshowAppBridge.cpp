@@ -1,0 +1,80 @@
+#include "app/SlideshowAppBridge.h"
+
+#include "app/SlideshowLog.h"
+
+#include <QUrl>
+
+namespace sorvane {
+
+SlideshowAppBridge::SlideshowAppBridge(QList<ExternalVideoPlayer> players, OpenVideo open, QObject *parent)
+    : QObject(parent), m_players(std::move(players)), m_open(std::move(open))
+{
+}
+
+QStringList SlideshowAppBridge::videoPlayerNames() const
+{
+    QStringList names;
+    for (const ExternalVideoPlayer &player : m_players)
+        names << player.name;
+    return names;
+}
+
+void SlideshowAppBridge::askTrash(const QString &windowId, const QString &fileName, Answer answer)
+{
+    if (m_trashAnswer)
+        answerTrash(false);
+    m_trashWindowId = windowId;
+    m_trashFileName = fileName;
+    m_trashAnswer = std::move(answer);
+    Q_EMIT trashChanged();
+}
+
+void SlideshowAppBridge::answerTrash(bool confirmed)
+{
+    // Cleared before answering: the answer may ask again.
+    Answer answer = std::exchange(m_trashAnswer, {});
+    m_trashWindowId.clear();
+    m_trashFileName.clear();
+    Q_EMIT trashChanged();
+    if (answer)
+        answer(confirmed);
+}
+
+void SlideshowAppBridge::showShortcuts(const QString &windowId)
+{
+    // Asking again in the same window puts the overlay away, as a second "/" does.
+    m_shortcutsWindowId = m_shortcutsWindowId == windowId ? QString() : windowId;
+    Q_EMIT shortcutsWindowIdChanged();
+}
+
+void SlideshowAppBridge::hideShortcuts()
+{
+    if (m_shortcutsWindowId.isEmpty())
+        return;
+    m_shortcutsWindowId.clear();
+    Q_EMIT shortcutsWindowIdChanged();
+}
+
+void SlideshowAppBridge::showTip(const QString &windowId)
+{
+    m_tipWindowId = windowId;
+    Q_EMIT tipWindowIdChanged();
+}
+
+void SlideshowAppBridge::dismissTip()
+{
+    if (m_tipWindowId.isEmpty())
+        return;
+    m_tipWindowId.clear();
+    Q_EMIT tipWindowIdChanged();
+}
+
+void SlideshowAppBridge::openVideo(int index, const QUrl &file)
+{
+    if (index < 0 || index >= m_players.size() || !file.isLocalFile())
+        return;
+    if (const std::optional<QString> failure = m_open(m_players[index], file.toLocalFile()))
+        qCWarning(lcSlideshow, "%s", qUtf8Printable(*failure));
+}
+
+} // namespace sorvane

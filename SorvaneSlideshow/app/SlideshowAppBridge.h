@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/ExternalVideoPlayer.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace sorvane {
+
+// What the windows' QML asks of the application besides the view model and the manager:
+// the one dialog (confirm moving a file to the trash), the keyboard-shortcut overlay and
+// the multi-monitor tip, each shown in one window (by the view model's id as text), and
+// the video players installed for the context menu. Main thread only.
+class SlideshowAppBridge : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString trashWindowId READ trashWindowId NOTIFY trashChanged)
+    Q_PROPERTY(QString trashFileName READ trashFileName NOTIFY trashChanged)
+    Q_PROPERTY(QString shortcutsWindowId READ shortcutsWindowId NOTIFY shortcutsWindowIdChanged)
+    Q_PROPERTY(QString tipWindowId READ tipWindowId NOTIFY tipWindowIdChanged)
+    Q_PROPERTY(QStringList videoPlayerNames READ videoPlayerNames CONSTANT)
+
+public:
+    using Answer = std::function<void(bool confirmed)>;
+    // Opens a file in a player; nothing on success, else why not.
+    using OpenVideo = std::function<std::optional<QString>(const ExternalVideoPlayer &, const QString &file)>;
+
+    SlideshowAppBridge(QList<ExternalVideoPlayer> players, OpenVideo open, QObject *parent = nullptr);
+
+    QString trashWindowId() const { return m_trashWindowId; }
+    QString trashFileName() const { return m_trashFileName; }
+    QString shortcutsWindowId() const { return m_shortcutsWindowId; }
+    QString tipWindowId() const { return m_tipWindowId; }
+    QStringList videoPlayerNames() const;
+
+    // Asks window `windowId` to confirm; a question still open is answered "no" first.
+    void askTrash(const QString &windowId, const QString &fileName, Answer answer);
+    void showShortcuts(const QString &windowId);
+    void showTip(const QString &windowId);
+
+    Q_INVOKABLE void answerTrash(bool confirmed);
+    Q_INVOKABLE void hideShortcuts();
+    Q_INVOKABLE void dismissTip();
+    // Opens a video file (a local URL) in the player at `index` of `videoPlayerNames`.
+    Q_INVOKABLE void openVideo(int index, const QUrl &file);
+
+Q_SIGNALS:
+    void trashChanged();
+    void shortcutsWindowIdChanged();
+    void tipWindowIdChanged();
+
+private:
+    QList<ExternalVideoPlayer> m_players;
+    OpenVideo m_open;
+    QString m_trashWindowId;
+    QString m_trashFileName;
+    Answer m_trashAnswer;
+    QString m_shortcutsWindowId;
+    QString m_tipWindowId;
+};
+
+} // namespace sorvane
