@@ -1,6 +1,7 @@
 #include "app/SlideshowAppBridge.h"
 
 #include "app/SlideshowLog.h"
+#include "slideshow/SlideshowViewModel.h"
 
 #include <QUrl>
 
@@ -69,12 +70,35 @@ void SlideshowAppBridge::dismissTip()
     Q_EMIT tipWindowIdChanged();
 }
 
-void SlideshowAppBridge::openVideo(int index, const QUrl &file)
+namespace {
+    std::optional<QString> currentVideoFile(QObject *object)
+    {
+        const auto *viewModel = qobject_cast<SlideshowViewModel *>(object);
+        const std::optional<ImageItem> item = viewModel ? viewModel->currentItem() : std::nullopt;
+        if (!item || item->mediaType() != MediaType::video || !item->url().isLocalFile())
+            return std::nullopt;
+        return item->url().toLocalFile();
+    }
+} // namespace
+
+bool SlideshowAppBridge::showsVideo(QObject *viewModel) const
 {
-    if (index < 0 || index >= m_players.size() || !file.isLocalFile())
+    return !m_players.isEmpty() && currentVideoFile(viewModel).has_value();
+}
+
+void SlideshowAppBridge::openVideo(int index, QObject *viewModel)
+{
+    const std::optional<QString> file = currentVideoFile(viewModel);
+    if (index < 0 || index >= m_players.size() || !file)
         return;
-    if (const std::optional<QString> failure = m_open(m_players[index], file.toLocalFile()))
+    if (const std::optional<QString> failure = m_open(m_players[index], *file))
         qCWarning(lcSlideshow, "%s", qUtf8Printable(*failure));
+}
+
+void SlideshowAppBridge::contextMenuOpen(QObject *object, bool open)
+{
+    if (auto *viewModel = qobject_cast<SlideshowViewModel *>(object))
+        viewModel->setPausedForContextMenu(open);
 }
 
 } // namespace sorvane

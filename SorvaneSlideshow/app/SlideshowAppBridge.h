@@ -44,8 +44,12 @@ public:
     Q_INVOKABLE void answerTrash(bool confirmed);
     Q_INVOKABLE void hideShortcuts();
     Q_INVOKABLE void dismissTip();
-    // Opens a video file (a local URL) in the player at `index` of `videoPlayerNames`.
-    Q_INVOKABLE void openVideo(int index, const QUrl &file);
+    // True when the window's current item is a video a player could open.
+    Q_INVOKABLE bool showsVideo(QObject *viewModel) const;
+    // Opens the window's current video in the player at `index` of `videoPlayerNames`.
+    Q_INVOKABLE void openVideo(int index, QObject *viewModel);
+    // The show holds still while the window's context menu is open.
+    Q_INVOKABLE void contextMenuOpen(QObject *viewModel, bool open);
 
 Q_SIGNALS:
     void trashChanged();
