@@ -25,8 +25,8 @@ QuickSlideshowWindow::~QuickSlideshowWindow()
 {
     if (m_window) {
         m_window->removeEventFilter(this);
-        m_window->hide();
-        m_window->deleteLater();
+        // Now, not later: the view model it draws from goes right after this controller.
+        delete m_window.data();
     }
 }
 
@@ -55,8 +55,7 @@ void QuickSlideshowWindow::setFullScreen(bool fullScreen)
     m_window->setFlags((m_window->flags() & ~Qt::FramelessWindowHint) & ~Qt::WindowStaysOnTopHint);
     const QRect area = m_window->screen() ? m_window->screen()->availableGeometry() : m_window->geometry();
     m_window->showNormal();
-    m_window->setGeometry(
-        QRect(area.topLeft() + QPoint(area.width() / 4, area.height() / 4), area.size() / 2));
+    m_window->setGeometry(QRect(area.topLeft() + QPoint(area.width() / 4, area.height() / 4), area.size() / 2));
 }
 
 bool QuickSlideshowWindow::isFullScreen() const

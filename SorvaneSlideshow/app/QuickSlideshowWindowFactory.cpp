@@ -55,8 +55,8 @@ std::unique_ptr<SlideshowWindowController> QuickSlideshowWindowFactory::createWi
     auto controller = std::make_unique<QuickSlideshowWindow>(
         window, viewModel, *m_manager, screen, [this](QScreen *s) { return describe(s); });
     m_windows.append(controller.get());
-    qCInfo(lcSlideshow, "Window opened on display %s (%d×%d)", qUtf8Printable(screen.name),
-        screen.geometry.width(), screen.geometry.height());
+    qCInfo(lcSlideshow, "Window opened on display %s (%d×%d)", qUtf8Printable(screen.name), screen.geometry.width(),
+        screen.geometry.height());
     return controller;
 }
 

@@ -71,14 +71,14 @@ void SlideshowAppBridge::dismissTip()
 }
 
 namespace {
-    std::optional<QString> currentVideoFile(QObject *object)
-    {
-        const auto *viewModel = qobject_cast<SlideshowViewModel *>(object);
-        const std::optional<ImageItem> item = viewModel ? viewModel->currentItem() : std::nullopt;
-        if (!item || item->mediaType() != MediaType::video || !item->url().isLocalFile())
-            return std::nullopt;
-        return item->url().toLocalFile();
-    }
+std::optional<QString> currentVideoFile(QObject *object)
+{
+    const auto *viewModel = qobject_cast<SlideshowViewModel *>(object);
+    const std::optional<ImageItem> item = viewModel ? viewModel->currentItem() : std::nullopt;
+    if (!item || item->mediaType() != MediaType::video || !item->url().isLocalFile())
+        return std::nullopt;
+    return item->url().toLocalFile();
+}
 } // namespace
 
 bool SlideshowAppBridge::showsVideo(QObject *viewModel) const

@@ -21,7 +21,7 @@
 namespace sorvane {
 
 namespace {
-    const QUrl windowComponent(QStringLiteral("qrc:/qt/qml/Sorvane/Slideshow/qml/SlideshowWindow.qml"));
+const QUrl windowComponent(QStringLiteral("qrc:/qt/qml/Sorvane/Slideshow/qml/SlideshowWindow.qml"));
 }
 
 SlideshowAppDelegate::SlideshowAppDelegate(Options options, QObject *parent)
@@ -34,6 +34,8 @@ SlideshowAppDelegate::SlideshowAppDelegate(Options options, QObject *parent)
               {QStringLiteral("windowId"), viewModel.id().toString()}};
       })
 {
+    // Qt 6.4 does not look for modules compiled into the program by itself.
+    m_qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
     SlideImageProviders::registerAll(m_qml);
     m_host = std::make_unique<DesktopHostShell>(
         m_stored, [this](const ImageItem &item, DesktopHostShell::Answer answer) { confirmTrash(item, answer); },
@@ -109,8 +111,8 @@ void SlideshowAppDelegate::batchFound(const QList<ImageItem> &items)
 
 void SlideshowAppDelegate::scanFinished(const MediaFolderScanCounts &counts)
 {
-    qCInfo(lcSlideshow, "Found %lld photos and %lld videos (%lld folders and %lld files unreadable)",
-        counts.images, counts.videos, counts.unreadableFolders, counts.unreadableFiles);
+    qCInfo(lcSlideshow, "Found %lld photos and %lld videos (%lld folders and %lld files unreadable)", counts.images,
+        counts.videos, counts.unreadableFolders, counts.unreadableFiles);
     if (m_items.isEmpty())
         fail(QStringLiteral("Nothing to play: no photos or videos in %1")
                  .arg(m_options.run.paths.join(QStringLiteral(", "))));
@@ -119,8 +121,8 @@ void SlideshowAppDelegate::scanFinished(const MediaFolderScanCounts &counts)
 void SlideshowAppDelegate::launch()
 {
     const bool transient = m_options.run.interval || m_options.run.transition;
-    const QList<QUuid> ids = m_manager->launch(
-        m_options.run.launchRequest(), m_items, m_settings, m_options.run.sortMode(), transient);
+    const QList<QUuid> ids
+        = m_manager->launch(m_options.run.launchRequest(), m_items, m_settings, m_options.run.sortMode(), transient);
     if (ids.isEmpty()) {
         fail(QStringLiteral("No display to show on"));
         return;

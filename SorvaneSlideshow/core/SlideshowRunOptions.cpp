@@ -9,7 +9,8 @@ SlideshowLaunchRequest SlideshowRunOptions::launchRequest() const
 {
     SlideshowLaunchRequest request;
     request.monitor = screens.value_or(SlideshowLaunchRequest::MonitorTarget::current);
-    request.mode = mode.value_or(layout ? SlideshowLaunchRequest::Mode::collage : SlideshowLaunchRequest::Mode::standard);
+    request.mode
+        = mode.value_or(layout ? SlideshowLaunchRequest::Mode::collage : SlideshowLaunchRequest::Mode::standard);
     if (request.mode == SlideshowLaunchRequest::Mode::collage)
         request.layout = layout;
     return request;

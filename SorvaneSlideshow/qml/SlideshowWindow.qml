@@ -6,8 +6,8 @@ import Sorvane.Views
 Window {
     id: root
 
-    required property var viewModel
-    required property var manager
+    required property SlideshowViewModel viewModel
+    required property SlideshowManager manager
     required property var bridge
     required property string windowId
 
