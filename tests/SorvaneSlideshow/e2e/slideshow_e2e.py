@@ -1,0 +1,158 @@
+"""End-to-end tests of SorvaneSlideshow: the real program on a virtual two-screen X
+server, driven with xdotool and judged by its windows, screenshots, stored preferences
+and exit code.
+
+  python3 slideshow_e2e.py --bin BUILD/bin [unittest options]
+
+Exits 77 (skipped) when Xvfb, xdotool or ImageMagick's import is missing.
+"""
+
+import argparse
+import json
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import types
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "SorvanePlayer", "e2e"))
+import harness  # noqa: E402
+from harness import TWO_SCREENS, wait_until  # noqa: E402
+
+SKIPPED = 77
+WINDOW_TITLE = "Sorvane Slideshow"
+# This suite's display numbers, apart from the player's.
+DISPLAY_NUMBERS = range(140, 170)
+
+BIN = None
+SUITE = None
+
+
+def executable(name):
+    return os.path.join(BIN, name)
+
+
+def setUpModule():
+    """The sample media, painted once per run."""
+    global SUITE
+    SUITE = types.SimpleNamespace(root=tempfile.mkdtemp(prefix="sorvane-slideshow-e2e-"))
+    SUITE.media = os.path.join(SUITE.root, "media")
+    try:
+        subprocess.run([executable("sorvane-sample-media"), SUITE.media], check=True, capture_output=True,
+                       timeout=120)
+    except BaseException:
+        tearDownModule()
+        raise
+
+
+def tearDownModule():
+    shutil.rmtree(SUITE.root, ignore_errors=True)
+
+
+class SlideshowTestCase(unittest.TestCase):
+    def setUp(self):
+        self.tmp = tempfile.mkdtemp(prefix="sorvane-slideshow-test-")
+        self.addCleanup(shutil.rmtree, self.tmp, True)
+        self.config = self.folder("config")
+        self.runs = 0
+
+    def folder(self, name, mode=0o755):
+        path = os.path.join(self.tmp, name)
+        os.makedirs(path, mode, exist_ok=True)
+        return path
+
+    def x_server(self, screens=TWO_SCREENS):
+        x = harness.XServer(self.tmp, screens, DISPLAY_NUMBERS).start()
+        self.addCleanup(x.stop)
+        return x
+
+    def env(self, x):
+        env = {key: value for key, value in os.environ.items() if not key.startswith(("QT_", "XDG_", "DBUS_"))}
+        env.update(x.env(), QT_QPA_PLATFORM="xcb", QT_LOGGING_RULES="sorvane.slideshow.info=true",
+                   XDG_RUNTIME_DIR=self.folder("run", 0o700), XDG_CONFIG_HOME=self.config,
+                   XDG_CACHE_HOME=self.folder("cache"), DBUS_SESSION_BUS_ADDRESS="disabled:")
+        return env
+
+    def start(self, x, *arguments):
+        self.runs += 1
+        run = harness.Player(executable("SorvaneSlideshow"), list(arguments), self.env(x),
+                             os.path.join(self.tmp, f"slideshow-{self.runs}.log"))
+        self.addCleanup(run.stop)
+        return run
+
+    def stored_preferences(self):
+        path = os.path.join(self.config, "SorvaneSlideshow", "preferences.json")
+        if not os.path.exists(path):
+            return {}
+        with open(path, encoding="utf-8") as stored:
+            return json.load(stored)
+
+    def wait_for_photo(self, x, screen):
+        def showing():
+            shot = x.screenshot(screen)
+            return shot if shot.fraction_brighter(16) > 0.25 else None
+        return wait_until(showing, 15, f"a photo filling much of screen {screen}", interval=0.2)
+
+
+class TwoScreens(SlideshowTestCase):
+    def test_linked_show_on_every_screen_then_escape_stops_all(self):
+        x = self.x_server()
+        show = self.start(x, "--screens", "all", "--scope", "linked", "--interval", "30", SUITE.media)
+        shots = [self.wait_for_photo(x, screen) for screen in range(len(TWO_SCREENS))]
+        self.assertEqual([(shot.width, shot.height) for shot in shots], list(TWO_SCREENS))
+        windows = wait_until(lambda: x.visible_windows() if len(x.visible_windows()) == 2 else None, 10,
+                             "one window per screen", detail=show.tail)
+        self.assertEqual(sorted(name for _, name in windows), [WINDOW_TITLE] * 2, windows)
+
+        x.key("Escape")
+        self.assertEqual(show.wait_exit(10), 0, show.tail())
+        with open(show.log_path, encoding="utf-8", errors="replace") as log:
+            self.assertIn("The last show stopped", log.read())
+        stored = self.stored_preferences()
+        # The tip is shown once for good; the scope asked for on the command line is not kept.
+        self.assertEqual(stored.get("slideshow.globalSettings.hasShownMultiMonitorTip", {}).get("value"), True)
+        self.assertNotIn("slideshow.globalSettings.controlScope", stored)
+
+
+class WrongUse(SlideshowTestCase):
+    def test_usage_and_nothing_to_play(self):
+        x = self.x_server(((640, 480),))
+        empty = self.folder("empty")
+        os.makedirs(os.path.join(empty, ".hidden"))
+        shutil.copy(os.path.join(SUITE.media, "sunset.jpg"), os.path.join(empty, ".hidden", "sunset.jpg"))
+        cases = [
+            (["--screens", "left", SUITE.media], 2, "--screens takes current|all"),
+            (["--bogus", SUITE.media], 2, "unknown option --bogus"),
+            ([], 2, "no folder or file to play"),
+            ([empty], 1, "Nothing to play"),
+            (["--help"], 0, "Usage: SorvaneSlideshow"),
+        ]
+        for arguments, code, text in cases:
+            with self.subTest(arguments=arguments):
+                done = subprocess.run([executable("SorvaneSlideshow"), *arguments], env=self.env(x),
+                                      capture_output=True, text=True, timeout=30)
+                self.assertEqual(done.returncode, code, done.stderr)
+                self.assertIn(text, done.stdout + done.stderr)
+                if code == 2:
+                    self.assertEqual(len(done.stderr.strip().splitlines()), 1, done.stderr)
+        self.assertEqual(x.visible_windows(), [])
+
+
+def main():
+    global BIN
+    parser = argparse.ArgumentParser(add_help=False)
+    parser.add_argument("--bin", required=True, help="the build's bin folder")
+    options, rest = parser.parse_known_args()
+    BIN = os.path.abspath(options.bin)
+    missing = [tool for tool in harness.REQUIRED_TOOLS if shutil.which(tool) is None]
+    if missing:
+        print(f"slideshow_e2e: skipped, missing {', '.join(missing)}", file=sys.stderr)
+        return SKIPPED
+    program = unittest.main(module=__name__, argv=[sys.argv[0], *rest], exit=False, verbosity=2)
+    return 0 if program.result.wasSuccessful() else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
