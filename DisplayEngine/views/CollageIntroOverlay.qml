@@ -150,32 +150,13 @@ Item {
                 }
             }
 
-            Rectangle {
-                id: dismissButton
+            PillButton {
                 objectName: "dismissButton"
                 anchors.horizontalCenter: parent.horizontalCenter
-                width: Math.min(content.width, buttonLabel.implicitWidth + 2 * Math.round(28 * overlay.unit))
-                height: buttonLabel.implicitHeight + 2 * Math.round(11 * overlay.unit)
-                radius: height / 2
-                color: buttonArea.pressed ? "#26FFFFFF" : (buttonArea.containsMouse ? "#4DFFFFFF" : "#38FFFFFF")
-                Behavior on color { ColorAnimation { duration: 120 } }
-
-                Text {
-                    id: buttonLabel
-                    anchors.centerIn: parent
-                    width: Math.min(implicitWidth, parent.width - 2 * Math.round(16 * overlay.unit))
-                    elide: Text.ElideRight
-                    text: "Don't show this again"
-                    color: "white"
-                    font.pixelSize: Math.round(16 * overlay.unit)
-                    font.weight: Font.DemiBold
-                }
-                MouseArea {
-                    id: buttonArea
-                    anchors.fill: parent
-                    hoverEnabled: true
-                    onClicked: overlay.dismissed()
-                }
+                unit: overlay.unit
+                maximumWidth: content.width
+                text: "Don't show this again"
+                onClicked: overlay.dismissed()
             }
         }
     }

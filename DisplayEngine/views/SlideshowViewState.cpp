@@ -183,10 +183,24 @@ void SlideshowViewState::perform(int action)
     if (!m_viewModel || action < 0 || action >= static_cast<int>(allSlideshowActions.size()))
         return;
     const SlideshowAction chosen = allSlideshowActions[static_cast<size_t>(action)];
-    if (SlideshowManager *manager = m_viewModel->manager())
+    if (SlideshowManager *manager = m_viewModel->manager()) {
         manager->perform(m_viewModel->id(), chosen);
-    else
+        return;
+    }
+    // A window on its own does for itself what the manager would do for it.
+    switch (chosen) {
+    case SlideshowAction::startStop:
+        m_viewModel->togglePlayPause();
+        break;
+    case SlideshowAction::toggleFullScreen:
+        m_viewModel->setFullScreen(!m_viewModel->isFullScreen());
+        break;
+    case SlideshowAction::moveToTrash:
+        m_viewModel->moveCurrentToTrash();
+        break;
+    default:
         SlideshowActionDispatch::apply(*m_viewModel, chosen);
+    }
 }
 
 QList<SlideshowViewModel *> SlideshowViewState::scopedModels() const

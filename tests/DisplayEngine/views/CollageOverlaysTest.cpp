@@ -1,5 +1,7 @@
 // The collage wall's overlays (intro card, tile menu, tile hover controls), driven through a real
 // Qt Quick window: texts, clicks that must or must not reach the wall, and the hover timing.
+#include "QmlHarness.h"
+
 #include <gtest/gtest.h>
 
 #include <QMouseEvent>
@@ -19,68 +21,32 @@ Q_IMPORT_QML_PLUGIN(Sorvane_ViewsPlugin)
 namespace sorvane {
 namespace {
 
-// The visible items below root (itself included) that are wanted.
-std::vector<QQuickItem *> visibleItems(QQuickItem *root, const std::function<bool(QQuickItem *)> &wanted)
-{
-    std::vector<QQuickItem *> found;
-    if (root->isVisible() && wanted(root))
-        found.push_back(root);
-    for (QQuickItem *child : root->childItems()) {
-        const std::vector<QQuickItem *> below = visibleItems(child, wanted);
-        found.insert(found.end(), below.begin(), below.end());
-    }
-    return found;
-}
-
-QStringList textsIn(QQuickItem *root)
-{
-    QStringList texts;
-    for (QQuickItem *item : visibleItems(root, [](QQuickItem *item) { return item->inherits("QQuickText"); }))
-        texts << item->property("text").toString();
-    return texts;
-}
+using namespace sorvane::test;
 
 // One component (objectName "subject") in an offscreen window, above a stand-in wall that counts
 // the clicks reaching it. Signal handlers in the component append to root.log.
 class Scene {
 public:
     Scene(QSize size, const QString &subject)
-    {
-        m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-        QQmlComponent component(&m_engine);
-        component.setData(QStringLiteral(R"(import QtQuick
-import Sorvane.Views
-Item {
+        : m_harness(size,
+            QStringLiteral(R"(Item {
     id: root
     property int wallClicks: 0
     property string log: ""
     MouseArea { anchors.fill: parent; acceptedButtons: Qt.AllButtons; onClicked: root.wallClicks += 1 }
     %1
 })")
-                              .arg(subject)
-                              .toUtf8(),
-            QUrl(QStringLiteral("qrc:/collage-overlays-test/Scene.qml")));
-        m_root.reset(qobject_cast<QQuickItem *>(component.create()));
-        if (!m_root) {
-            ADD_FAILURE() << component.errorString().toStdString();
-            return;
-        }
-        m_window.resize(size);
-        m_root->setSize(size);
-        m_root->setParentItem(m_window.contentItem());
-        m_window.show();
+                .arg(subject))
+    {
         // Takes the expose event now, so the first frame does not land in the middle of a test's input.
         QCoreApplication::processEvents();
         // The pointer starts outside: a move to where the last scene left it would count as no move.
-        QTest::mouseMove(&m_window, QPoint(-10, -10));
+        QTest::mouseMove(&m_harness.window(), QPoint(-10, -10));
         settle();
     }
 
-    bool ok() const { return m_root && subject(); }
-    QQuickItem *subject() const
-    {
-        return m_root ? m_root->findChild<QQuickItem *>(QStringLiteral("subject")) : nullptr;
-    }
+    bool ok() const { return m_harness.ok() && subject(); }
+    QQuickItem *subject() const { return m_harness.find(QStringLiteral("subject")); }
     QQuickItem *part(const QString &name) const
     {
         const auto found = visibleItems(subject(), [&](QQuickItem *item) { return item->objectName() == name; });
@@ -88,17 +54,13 @@ Item {
     }
 
     // Rendering a frame also runs the polish pass that places the positioners' children.
-    void settle() { (void)m_window.grabWindow(); }
+    void settle() { m_harness.settle(); }
 
-    void click(QPointF at, Qt::MouseButton button = Qt::LeftButton)
-    {
-        QTest::mouseClick(&m_window, button, {}, at.toPoint());
-        settle();
-    }
+    void click(QPointF at, Qt::MouseButton button = Qt::LeftButton) { m_harness.click(at, button); }
     void click(QQuickItem *item) { click(item->mapToScene(QPointF(item->width() / 2, item->height() / 2))); }
     void move(QPointF to)
     {
-        QTest::mouseMove(&m_window, to.toPoint());
+        QTest::mouseMove(&m_harness.window(), to.toPoint());
         m_pointer = to;
         settle();
     }
@@ -106,9 +68,9 @@ Item {
     // same place. Sent straight to the window, since the application drops a move that goes nowhere.
     void hoverInPlace()
     {
-        QMouseEvent event(QEvent::MouseMove, m_pointer, m_pointer, m_window.mapToGlobal(m_pointer), Qt::NoButton,
-            Qt::NoButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&m_window, &event);
+        QMouseEvent event(QEvent::MouseMove, m_pointer, m_pointer, m_harness.window().mapToGlobal(m_pointer),
+            Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&m_harness.window(), &event);
         settle();
     }
 
@@ -118,14 +80,12 @@ Item {
         subject()->setProperty(name, value);
         settle();
     }
-    int wallClicks() const { return m_root->property("wallClicks").toInt(); }
-    QStringList log() const { return m_root->property("log").toString().split(u';', Qt::SkipEmptyParts); }
-    void clearLog() { m_root->setProperty("log", QString()); }
+    int wallClicks() const { return m_harness.root()->property("wallClicks").toInt(); }
+    QStringList log() const { return m_harness.root()->property("log").toString().split(u';', Qt::SkipEmptyParts); }
+    void clearLog() { m_harness.root()->setProperty("log", QString()); }
 
 private:
-    QQmlEngine m_engine;
-    QQuickWindow m_window;
-    std::unique_ptr<QQuickItem> m_root;
+    QmlHarness m_harness;
     QPointF m_pointer;
 };
 
