@@ -44,8 +44,33 @@ Window {
     }
 
     SlideshowImageViews {
+        id: views
         anchors.fill: parent
         viewModel: root.viewModel
+    }
+
+    SlideshowOverlays {
+        id: overlays
+        anchors.fill: parent
+        viewModel: root.viewModel
+        viewState: views.viewState
+        manager: root.manager
+    }
+
+    MultiMonitorTip {
+        anchors.top: parent.top
+        anchors.right: parent.right
+        anchors.margins: overlays.margin
+        unit: overlays.unit
+        visible: root.bridge.tipWindowId === root.windowId
+        onDismissed: root.bridge.dismissTip()
+    }
+
+    ShortcutOverlay {
+        visible: root.bridge.shortcutsWindowId === root.windowId
+        rows: views.viewState.shortcutRows
+        footer: views.viewState.shortcutFooter
+        onGotIt: root.bridge.hideShortcuts()
     }
 
     VideoPlayersMenu {
