@@ -1,7 +1,7 @@
 // SorvaneSlideshow: plays the photos and videos of the folders and files it is given,
 // full screen on one display or on every display.
 #include "app/SlideshowAppDelegate.h"
-#include "app/SlideshowLog.h"
+#include "core/SlideshowLog.h"
 #include "core/SlideshowCommandLine.h"
 #include "platform/DbusScreenSaverInhibitor.h"
 

@@ -1,6 +1,6 @@
 #include "app/QuickSlideshowWindowFactory.h"
 
-#include "app/SlideshowLog.h"
+#include "core/SlideshowLog.h"
 #include "slideshow/SlideshowManager.h"
 #include "slideshow/SlideshowViewModel.h"
 #include "views/FullScreenWindowFactory.h"

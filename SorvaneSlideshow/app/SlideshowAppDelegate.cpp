@@ -1,6 +1,6 @@
 #include "app/SlideshowAppDelegate.h"
 
-#include "app/SlideshowLog.h"
+#include "core/SlideshowLog.h"
 #include "platform/DesktopHostShell.h"
 #include "platform/GnomeAnimationSetting.h"
 #include "slideshow/DisplaySleepInhibitor.h"

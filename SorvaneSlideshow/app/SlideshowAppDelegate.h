@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/QuickSlideshowWindowFactory.h"
-#include "app/SlideshowAppBridge.h"
+#include "core/SlideshowAppBridge.h"
 #include "core/SlideshowRunOptions.h"
 #include "media/ImageItem.h"
 #include "media/MediaFolderScan.h"

@@ -1,6 +1,6 @@
-#include "app/SlideshowAppBridge.h"
+#include "core/SlideshowAppBridge.h"
 
-#include "app/SlideshowLog.h"
+#include "core/SlideshowLog.h"
 #include "slideshow/SlideshowViewModel.h"
 
 #include <QUrl>

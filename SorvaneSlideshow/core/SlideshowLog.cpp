@@ -1,3 +1,3 @@
-#include "app/SlideshowLog.h"
+#include "core/SlideshowLog.h"
 
 Q_LOGGING_CATEGORY(lcSlideshow, "sorvane.slideshow")
