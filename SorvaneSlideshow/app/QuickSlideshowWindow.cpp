@@ -1,5 +1,6 @@
 #include "app/QuickSlideshowWindow.h"
 
+#include "core/SlideshowKeyRoute.h"
 #include "slideshow/SlideshowManager.h"
 #include "slideshow/SlideshowViewModel.h"
 #include "views/KeyEventBinding.h"
@@ -113,20 +114,13 @@ bool QuickSlideshowWindow::eventFilter(QObject *watched, QEvent *event)
 bool QuickSlideshowWindow::keyPressed(const QKeyEvent &event)
 {
     const std::optional<KeyBinding> pressed = KeyEventBinding::fromKeyEvent(event);
-    if (!pressed)
+    const std::optional<SlideshowAction> action
+        = pressed ? SlideshowKeyRoute::actionFor(m_viewModel.settings().keyBindings, *pressed) : std::nullopt;
+    if (!action)
         return false;
-    // The handlers may close this window; the manager keeps it alive until the run loop returns.
-    if (const std::optional<SlideshowAction> action
-        = actionForKey(m_viewModel.settings().keyBindings, pressed->key, pressed->modifiers)) {
-        m_manager.perform(m_id, *action);
-        return true;
-    }
-    if (pressed->key == QLatin1String("escape")) {
-        // Escape stops the show even when its binding was given to another key.
-        m_manager.escapePressed(m_id);
-        return true;
-    }
-    return false;
+    // The manager may close this window; it keeps it alive until the run loop returns.
+    m_manager.perform(m_id, *action);
+    return true;
 }
 
 } // namespace sorvane
