@@ -1,6 +1,7 @@
 #include "app/QuickSlideshowWindowFactory.h"
 
 #include "core/SlideshowLog.h"
+#include "core/SlideshowScreenLoss.h"
 #include "slideshow/SlideshowManager.h"
 #include "slideshow/SlideshowViewModel.h"
 #include "views/FullScreenWindowFactory.h"
@@ -8,6 +9,7 @@
 #include <QGuiApplication>
 #include <QQmlEngine>
 #include <QScreen>
+#include <QSet>
 
 namespace sorvane {
 
@@ -87,19 +89,6 @@ std::optional<SlideshowScreen> QuickSlideshowWindowFactory::describe(QScreen *sc
     return SlideshowScreen {*it, screen->name(), screen->geometry()};
 }
 
-quint32 QuickSlideshowWindowFactory::idOf(QScreen *screen)
-{
-    const QString name = screen->name();
-    quint32 id = m_idsByName.value(name, 0);
-    // A name already taken by a connected display (two unnamed ones) gets a number of its own.
-    if (id == 0 || screenWithId(id)) {
-        id = m_nextId++;
-        if (!name.isEmpty())
-            m_idsByName.insert(name, id);
-    }
-    return id;
-}
-
 QScreen *QuickSlideshowWindowFactory::screenWithId(quint32 id) const
 {
     return m_ids.key(id, nullptr);
@@ -107,7 +96,8 @@ QScreen *QuickSlideshowWindowFactory::screenWithId(quint32 id) const
 
 void QuickSlideshowWindowFactory::follow(QScreen *screen)
 {
-    m_ids.insert(screen, idOf(screen));
+    const QList<quint32> connected = m_ids.values();
+    m_ids.insert(screen, m_numbers.numberFor(screen->name(), QSet<quint32>(connected.begin(), connected.end())));
     connect(screen, &QScreen::geometryChanged, this, [this, screen] { screenResized(screen); });
 }
 
@@ -135,24 +125,18 @@ void QuickSlideshowWindowFactory::screenRemoved(QScreen *screen)
             break;
         }
     }
-    QList<QuickSlideshowWindow *> stranded;
-    qsizetype elsewhere = 0;
-    for (QuickSlideshowWindow *window : windows()) {
-        if (window->placedOn() == gone)
-            stranded.append(window);
-        else
-            ++elsewhere;
+    QList<SlideshowScreenLoss::Window> placed;
+    for (QuickSlideshowWindow *window : windows())
+        placed.append({window->id(), window->placedOn()});
+    const SlideshowScreenLoss::Outcome outcome = SlideshowScreenLoss::afterRemoval(placed, gone, fallback != nullptr);
+    for (const QUuid &id : outcome.move) {
+        if (QuickSlideshowWindow *moving = window(id))
+            moving->moveTo(fallback);
     }
-    for (QuickSlideshowWindow *window : stranded) {
-        if (elsewhere > 0 || !fallback) {
-            const QUuid id = window->id();
-            window->close();
-            m_manager->windowClosed(id);
-        } else {
-            // The last window stays: the show goes on on a display that is still there.
-            window->moveTo(fallback);
-            ++elsewhere;
-        }
+    for (const QUuid &id : outcome.close) {
+        if (QuickSlideshowWindow *closing = window(id))
+            closing->close();
+        m_manager->windowClosed(id);
     }
 }
 

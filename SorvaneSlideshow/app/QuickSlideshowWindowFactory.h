@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/QuickSlideshowWindow.h"
+#include "core/SlideshowScreenNumbers.h"
 #include "slideshow/SlideshowWindowFactory.h"
 
 #include <QHash>
@@ -52,7 +53,6 @@ Q_SIGNALS:
 
 private:
     std::optional<SlideshowScreen> describe(QScreen *screen) const;
-    quint32 idOf(QScreen *screen);
     QScreen *screenWithId(quint32 id) const;
     void follow(QScreen *screen);
     void screenAdded(QScreen *screen);
@@ -64,8 +64,7 @@ private:
     ExtraProperties m_extra;
     SlideshowManager *m_manager = nullptr;
     QHash<QScreen *, quint32> m_ids;
-    QHash<QString, quint32> m_idsByName; // so that a display that returns keeps its number
-    quint32 m_nextId = 1;
+    SlideshowScreenNumbers m_numbers;
     QList<QPointer<QuickSlideshowWindow>> m_windows;
 };
 
