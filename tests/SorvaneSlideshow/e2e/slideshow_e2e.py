@@ -116,6 +116,31 @@ class TwoScreens(SlideshowTestCase):
         self.assertNotIn("slideshow.globalSettings.controlScope", stored)
 
 
+class Keys(SlideshowTestCase):
+    def test_arrow_steps_and_slash_shows_then_hides_the_shortcut_card(self):
+        x = self.x_server(((1280, 720),))
+        show = self.start(x, "--sort", "sequential", "--interval", "60", "--transition", "none", SUITE.media)
+        middle = (0.3, 0.25, 0.7, 0.6)  # clear of the controls and the file-name line
+
+        def middle_changes_after(key, before, what):
+            x.key(key)
+
+            def changed():
+                shot = x.screenshot(0).crop(*middle)
+                return shot if shot.fraction_different(before) > 0.3 else None
+            return wait_until(changed, 10, what, interval=0.2, detail=show.tail)
+
+        first = self.wait_for_photo(x, 0).crop(*middle)
+        stepped = middle_changes_after("Right", first, "the next photo after Right")
+        carded = middle_changes_after("slash", stepped, "the shortcut card after /")
+        x.key("slash")
+        wait_until(lambda: x.screenshot(0).crop(*middle).fraction_different(stepped) < 0.02, 10,
+                   "the card gone after a second /", interval=0.2, detail=show.tail)
+        self.assertGreater(carded.fraction_different(stepped), 0.3)
+        x.key("Escape")
+        self.assertEqual(show.wait_exit(10), 0, show.tail())
+
+
 class WrongUse(SlideshowTestCase):
     def test_usage_and_nothing_to_play(self):
         x = self.x_server(((640, 480),))
