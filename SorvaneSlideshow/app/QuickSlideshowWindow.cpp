@@ -11,9 +11,9 @@
 namespace sorvane {
 
 QuickSlideshowWindow::QuickSlideshowWindow(QQuickWindow *window, SlideshowViewModel &viewModel,
-    SlideshowManager &manager, SlideshowScreen home, ScreenOf screenOf)
+    SlideshowManager &manager, SlideshowScreen home, ScreenOf screenOf, KeyFirst keyFirst)
     : m_window(window), m_viewModel(viewModel), m_manager(manager), m_id(viewModel.id()), m_home(std::move(home)),
-      m_screenOf(std::move(screenOf)), m_placedOn(m_home.id)
+      m_screenOf(std::move(screenOf)), m_keyFirst(std::move(keyFirst)), m_placedOn(m_home.id)
 {
     m_window->installEventFilter(this);
     connect(m_window, &QWindow::activeChanged, this, [this] {
@@ -114,6 +114,8 @@ bool QuickSlideshowWindow::eventFilter(QObject *watched, QEvent *event)
 bool QuickSlideshowWindow::keyPressed(const QKeyEvent &event)
 {
     const std::optional<KeyBinding> pressed = KeyEventBinding::fromKeyEvent(event);
+    if (pressed && m_keyFirst && m_keyFirst(m_id, *pressed))
+        return true;
     const std::optional<SlideshowAction> action
         = pressed ? SlideshowKeyRoute::actionFor(m_viewModel.settings().keyBindings, *pressed) : std::nullopt;
     if (!action)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "slideshow/KeyBinding.h"
 #include "slideshow/SlideshowWindowController.h"
 
 #include <QObject>
@@ -23,9 +24,11 @@ class QuickSlideshowWindow final : public QObject, public SlideshowWindowControl
 public:
     // The display a Qt screen stands for, as the factory numbers them.
     using ScreenOf = std::function<std::optional<SlideshowScreen>(QScreen *)>;
+    // Sees a key before the show does (a dialog in the window); true when it took the key.
+    using KeyFirst = std::function<bool(const QUuid &window, const KeyBinding &pressed)>;
 
     QuickSlideshowWindow(QQuickWindow *window, SlideshowViewModel &viewModel, SlideshowManager &manager,
-        SlideshowScreen home, ScreenOf screenOf);
+        SlideshowScreen home, ScreenOf screenOf, KeyFirst keyFirst);
     ~QuickSlideshowWindow() override;
 
     void show(bool fullScreen) override;
@@ -57,6 +60,7 @@ private:
     QUuid m_id;
     SlideshowScreen m_home;
     ScreenOf m_screenOf;
+    KeyFirst m_keyFirst;
     quint32 m_placedOn = 0;
     bool m_closing = false;
 };

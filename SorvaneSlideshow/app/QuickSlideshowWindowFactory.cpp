@@ -13,8 +13,9 @@
 
 namespace sorvane {
 
-QuickSlideshowWindowFactory::QuickSlideshowWindowFactory(QQmlEngine &engine, QUrl component, ExtraProperties extra)
-    : m_engine(engine), m_component(std::move(component)), m_extra(std::move(extra))
+QuickSlideshowWindowFactory::QuickSlideshowWindowFactory(
+    QQmlEngine &engine, QUrl component, ExtraProperties extra, QuickSlideshowWindow::KeyFirst keyFirst)
+    : m_engine(engine), m_component(std::move(component)), m_extra(std::move(extra)), m_keyFirst(std::move(keyFirst))
 {
     for (QScreen *screen : QGuiApplication::screens())
         follow(screen);
@@ -55,7 +56,7 @@ std::unique_ptr<SlideshowWindowController> QuickSlideshowWindowFactory::createWi
     if (!window)
         return nullptr;
     auto controller = std::make_unique<QuickSlideshowWindow>(
-        window, viewModel, *m_manager, screen, [this](QScreen *s) { return describe(s); });
+        window, viewModel, *m_manager, screen, [this](QScreen *s) { return describe(s); }, m_keyFirst);
     m_windows.append(controller.get());
     qCInfo(lcSlideshow, "Window opened on display %s (%d×%d)", qUtf8Printable(screen.name), screen.geometry.width(),
         screen.geometry.height());

@@ -33,7 +33,8 @@ public:
     // Properties every window gets besides its view model and the manager.
     using ExtraProperties = std::function<QVariantMap(SlideshowViewModel &)>;
 
-    QuickSlideshowWindowFactory(QQmlEngine &engine, QUrl component, ExtraProperties extra = {});
+    QuickSlideshowWindowFactory(
+        QQmlEngine &engine, QUrl component, ExtraProperties extra = {}, QuickSlideshowWindow::KeyFirst keyFirst = {});
     ~QuickSlideshowWindowFactory() override;
 
     // The manager the windows report to; set before the first launch.
@@ -62,6 +63,7 @@ private:
     QQmlEngine &m_engine;
     QUrl m_component;
     ExtraProperties m_extra;
+    QuickSlideshowWindow::KeyFirst m_keyFirst;
     SlideshowManager *m_manager = nullptr;
     QHash<QScreen *, quint32> m_ids;
     SlideshowScreenNumbers m_numbers;

@@ -29,10 +29,15 @@ SlideshowAppDelegate::SlideshowAppDelegate(Options options, QObject *parent)
       m_stored(m_options.preferencesFolder.isEmpty() ? PreferenceStore::standardFolder() : m_options.preferencesFolder),
       m_bridge(m_players.installed(),
           [this](const ExternalVideoPlayer &player, const QString &file) { return m_players.open(player, file); }),
-      m_windows(m_qml, windowComponent, [this](SlideshowViewModel &viewModel) {
-          return QVariantMap {{QStringLiteral("bridge"), QVariant::fromValue<QObject *>(&m_bridge)},
-              {QStringLiteral("windowId"), viewModel.id().toString()}};
-      })
+      m_windows(
+          m_qml, windowComponent,
+          [this](SlideshowViewModel &viewModel) {
+              return QVariantMap {{QStringLiteral("bridge"), QVariant::fromValue<QObject *>(&m_bridge)},
+                  {QStringLiteral("windowId"), viewModel.id().toString()}};
+          },
+          [this](const QUuid &window, const KeyBinding &pressed) {
+              return m_bridge.trashQuestionTakes(window.toString(), pressed.key);
+          })
 {
     // Qt 6.4 does not look for modules compiled into the program by itself.
     m_qml.addImportPath(QStringLiteral("qrc:/qt/qml"));

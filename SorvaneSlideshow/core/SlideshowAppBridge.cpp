@@ -41,6 +41,17 @@ void SlideshowAppBridge::answerTrash(bool confirmed)
         answer(confirmed);
 }
 
+bool SlideshowAppBridge::trashQuestionTakes(const QString &windowId, const QString &key)
+{
+    if (!m_trashAnswer || windowId != m_trashWindowId)
+        return false;
+    if (key == QLatin1String("\r"))
+        answerTrash(true);
+    else if (key == QLatin1String("escape"))
+        answerTrash(false);
+    return true;
+}
+
 void SlideshowAppBridge::showShortcuts(const QString &windowId)
 {
     // Asking again in the same window puts the overlay away, as a second "/" does.

@@ -42,6 +42,10 @@ public:
     void showTip(const QString &windowId);
 
     Q_INVOKABLE void answerTrash(bool confirmed);
+    // A key pressed in window `windowId` while its trash question is open answers it: Return
+    // moves the file, Escape keeps it, other keys do nothing. False when no question is open
+    // there, so that the key goes to the show.
+    bool trashQuestionTakes(const QString &windowId, const QString &key);
     Q_INVOKABLE void hideShortcuts();
     Q_INVOKABLE void dismissTip();
     // True when the window's current item is a video a player could open.

@@ -141,6 +141,36 @@ class Keys(SlideshowTestCase):
         self.assertEqual(show.wait_exit(10), 0, show.tail())
 
 
+class Trash(SlideshowTestCase):
+    def test_delete_asks_in_the_window_and_return_moves_the_file_to_the_trash(self):
+        x = self.x_server(((1280, 720),))
+        photos = self.folder("photos")
+        for name in ("sunset.jpg", "small.jpg"):
+            shutil.copy(os.path.join(SUITE.media, name), os.path.join(photos, name))
+        data_home = self.folder("data")
+        env = {**self.env(x), "XDG_DATA_HOME": data_home}
+        self.runs += 1
+        show = harness.Player(executable("SorvaneSlideshow"), ["--sort", "sequential", "--interval", "60", photos],
+                              env, os.path.join(self.tmp, "slideshow-trash.log"))
+        self.addCleanup(show.stop)
+        middle = (0.25, 0.3, 0.75, 0.6)
+        before = self.wait_for_photo(x, 0).crop(*middle)
+
+        x.key("Delete")
+        wait_until(lambda: x.screenshot(0).crop(*middle).fraction_different(before) > 0.3, 10,
+                   "the trash question", interval=0.2, detail=show.tail)
+        self.assertEqual(sorted(os.listdir(photos)), ["small.jpg", "sunset.jpg"], "nothing moves before the answer")
+        x.key("Return")
+        trash = os.path.join(data_home, "Trash", "files")
+        moved = wait_until(lambda: os.path.isdir(trash) and os.listdir(trash), 10, "a file in the trash",
+                           detail=show.tail)
+        self.assertEqual(len(moved), 1, moved)
+        self.assertEqual(sorted(os.listdir(photos) + moved), ["small.jpg", "sunset.jpg"])
+        self.assertTrue(show.alive(), show.tail())
+        x.key("Escape")
+        self.assertEqual(show.wait_exit(10), 0, show.tail())
+
+
 class WrongUse(SlideshowTestCase):
     def test_usage_and_nothing_to_play(self):
         x = self.x_server(((640, 480),))
