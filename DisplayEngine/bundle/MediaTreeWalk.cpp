@@ -37,7 +37,18 @@ void MediaTreeWalk::addPickedFile(const QFileInfo &info)
 
 void MediaTreeWalk::addFolder(const QString &path)
 {
-    walkFolder(path, QFileInfo(path).absoluteFilePath());
+    const QFileInfo info(path);
+    m_canonicalRoot = info.canonicalFilePath();
+    walkFolder(path, info.absoluteFilePath());
+}
+
+bool MediaTreeWalk::isOutside(const QString &canonical) const
+{
+    if (!m_stayInside || canonical == m_canonicalRoot)
+        return false;
+    const QString prefix
+        = m_canonicalRoot.endsWith(QLatin1Char('/')) ? m_canonicalRoot : m_canonicalRoot + QLatin1Char('/');
+    return !canonical.startsWith(prefix);
 }
 
 void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool picked)
@@ -54,7 +65,7 @@ void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool pic
         return;
     // A file listed twice, or reached twice through links, is one file.
     const QString key = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
-    if (m_seenFiles.contains(key))
+    if (m_seenFiles.contains(key) || (!picked && isOutside(key)))
         return;
     m_seenFiles.insert(key);
     if (!m_visit(info, isVideo, root))
@@ -63,11 +74,13 @@ void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool pic
 
 void MediaTreeWalk::walkFolder(const QString &path, const QString &root)
 {
+    if (m_stop && m_stop())
+        m_stopped = true;
     if (m_stopped)
         return;
     const QFileInfo info(path);
     const QString canonical = info.canonicalFilePath();
-    if (canonical.isEmpty() || m_seenFolders.contains(canonical) || isBundle(canonical))
+    if (canonical.isEmpty() || m_seenFolders.contains(canonical) || isOutside(canonical) || isBundle(canonical))
         return;
     m_seenFolders.insert(canonical);
     if (!info.isReadable() || !info.isExecutable()) {

@@ -24,6 +24,12 @@ public:
     void addPickedFile(const QFileInfo &info);
     void addFolder(const QString &path);
 
+    // Leaves out what a symbolic link inside a picked folder leads to outside it: a folder
+    // from someone else's stick must not pull in the rest of this computer.
+    void stayInsidePickedFolders(bool stay) { m_stayInside = stay; }
+    // Asked before each folder is listed (a folder may hold no media for a long while);
+    // true stops the walk.
+    void stopWhen(std::function<bool()> stop) { m_stop = std::move(stop); }
     bool stopped() const { return m_stopped; }
     // Folders that exist but could not be listed.
     qint64 unreadableFolders() const { return m_unreadableFolders; }
@@ -36,11 +42,15 @@ private:
     void addFile(const QFileInfo &info, const QString &root, bool picked);
     void walkFolder(const QString &path, const QString &root);
     void findUnnamedFiles(const QString &folder);
+    bool isOutside(const QString &canonical) const;
 
     bool m_includeVideos;
     Visit m_visit;
+    std::function<bool()> m_stop;
     bool m_stopped = false;
     bool m_noteUnnamed = false;
+    bool m_stayInside = false;
+    QString m_canonicalRoot;
     qint64 m_unreadableFolders = 0;
     QSet<QString> m_seenFiles;
     QSet<QString> m_seenFolders;

@@ -93,6 +93,8 @@ void MediaFolderScan::run(const Request &request)
         }
         return true;
     });
+    walk.stayInsidePickedFolders(true);
+    walk.stopWhen([&cancelled] { return cancelled->load(); });
     for (const QString &file : request.files)
         walk.addPickedFile(QFileInfo(file));
     for (const QString &folder : request.folders)

@@ -15,7 +15,8 @@ namespace sorvane {
 
 // Finds the photos and videos in folders and files the user picked, on a worker thread, by
 // the export's rules: recursive in name order, hidden folders, bundles and folders already
-// visited (link loops) skipped, supported extensions only. A file is judged by its name; only
+// visited (link loops) skipped, supported extensions only. Unlike the export, it does not
+// follow a link out of a picked folder: the folder may come from a stranger's stick. A file is judged by its name; only
 // GIF and WebP files are opened, for the few header bytes that say whether they move. Items
 // arrive in batches on the object's thread: the first as soon as one item is found, so a
 // slideshow can start before a huge folder is done, then batches that grow, so the receiver

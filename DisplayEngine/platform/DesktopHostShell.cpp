@@ -3,7 +3,10 @@
 #include "media/ImageItem.h"
 #include "slideshow/Preferences.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 namespace sorvane {
 
@@ -23,9 +26,21 @@ void trash(const ImageItem &item, const HostShell::TrashDone &done)
             QStringLiteral("“%1” could not be moved to the trash because it no longer exists.").arg(name));
         return;
     }
-    if (!file.moveToTrash()) {
+    // Qt moves the file into the working folder when the user's data folder does not exist
+    // yet (a fresh account); the trash specification has it made.
+    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
+    const QString original = file.fileName();
+    QString inTrash;
+    if (!QFile::moveToTrash(original, &inTrash)) {
+        done(HostShell::TrashOutcome::failed, QStringLiteral("“%1” could not be moved to the trash.").arg(name));
+        return;
+    }
+    if (QFileInfo(inTrash).isRelative()) {
+        // No trash was found after all: put the file back rather than leave it somewhere odd.
+        QFile::rename(inTrash, original);
+        QFile::remove(QStringLiteral("info/%1.trashinfo").arg(QFileInfo(inTrash).fileName()));
         done(HostShell::TrashOutcome::failed,
-            QStringLiteral("“%1” could not be moved to the trash: %2.").arg(name, file.errorString()));
+            QStringLiteral("“%1” could not be moved to the trash because there is no trash folder.").arg(name));
         return;
     }
     done(HostShell::TrashOutcome::moved, {});

@@ -19,7 +19,7 @@ public:
     using Answer = std::function<void(bool confirmed)>;
     using ConfirmTrash = std::function<void(const ImageItem &item, Answer answer)>;
     // Reads the desktop's animation switch: true when animations are on, nothing when the
-    // desktop does not say.
+    // desktop does not say (`GnomeAnimationSetting::read` on a GNOME-style desktop).
     using ReadAnimationsEnabled = std::function<std::optional<bool>()>;
 
     // The preference key that stands in when the desktop does not say.

@@ -5,7 +5,7 @@
 
 namespace sorvane {
 
-std::optional<bool> GnomeAnimationSetting::read(int timeoutMs)
+std::optional<bool> GnomeAnimationSetting::read()
 {
     const QString tool = QStandardPaths::findExecutable(QStringLiteral("gsettings"));
     if (tool.isEmpty())
@@ -13,9 +13,9 @@ std::optional<bool> GnomeAnimationSetting::read(int timeoutMs)
     QProcess process;
     process.start(tool,
         {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations")});
-    if (!process.waitForFinished(timeoutMs)) {
+    if (!process.waitForFinished(kTimeoutMs)) {
         process.kill();
-        process.waitForFinished(timeoutMs);
+        process.waitForFinished(kTimeoutMs);
         return std::nullopt;
     }
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)

@@ -13,7 +13,7 @@ public:
     static constexpr int kTimeoutMs = 500;
 
     // Nothing when gsettings is missing, slow, fails or knows no such key.
-    static std::optional<bool> read(int timeoutMs = kTimeoutMs);
+    static std::optional<bool> read();
     // The tool's output: "true" or "false" and a line end; anything else is nothing.
     static std::optional<bool> parse(const QByteArray &output);
 };

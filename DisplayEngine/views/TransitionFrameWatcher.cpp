@@ -31,16 +31,9 @@ TransitionFrameWatcher::TransitionFrameWatcher(
     connect(
         viewModel, &SlideshowViewModel::isTransitioningChanged, this, &TransitionFrameWatcher::onTransitioningChanged);
     connect(window, &QWindow::screenChanged, this, [this] { m_budget.setFrameInterval(frameIntervalOf(m_window)); });
-    // The render loop may swap on its own thread: the time is taken there, when the frame
-    // is shown, and the decision is made here.
-    connect(
-        window, &QQuickWindow::frameSwapped, this,
-        [this] {
-            const double seconds = m_clock.monotonicSeconds();
-            QMetaObject::invokeMethod(
-                this, [this, seconds] { onFrame(seconds); }, Qt::QueuedConnection);
-        },
-        Qt::DirectConnection);
+    // Emitted on this thread once per frame, before the scene is handed to the render
+    // thread: its cadence is the window's frame rate, with no clock read on the render thread.
+    connect(window, &QQuickWindow::afterAnimating, this, [this] { onFrame(m_clock.monotonicSeconds()); });
     if (viewModel->isTransitioning())
         m_budget.transitionStarted();
 }
