@@ -46,7 +46,7 @@ OverlayCard {
 
                 Rectangle {
                     id: keyCap
-                    width: Math.min(line.width * 0.45, keyText.implicitWidth + 2 * Math.round(10 * overlay.unit))
+                    width: Math.min(line.width * 0.38, keyText.implicitWidth + 2 * Math.round(10 * overlay.unit))
                     height: keyText.implicitHeight + 2 * Math.round(5 * overlay.unit)
                     radius: Math.round(7 * overlay.unit)
                     color: "#1FFFFFFF"
@@ -68,7 +68,7 @@ OverlayCard {
                     id: what
                     objectName: "description"
                     anchors.verticalCenter: parent.verticalCenter
-                    x: line.width * 0.45 + Math.round(16 * overlay.unit)
+                    x: line.width * 0.38 + Math.round(16 * overlay.unit)
                     width: line.width - x
                     wrapMode: Text.WordWrap
                     text: line.modelData.description

@@ -8,6 +8,9 @@ Item {
 
     required property SlideshowViewModel viewModel
     property bool muted: false
+    // The collage wall's explanation over it; the host keeps the "seen" flag.
+    property bool showCollageIntro: false
+    signal collageIntroDismissed()
     readonly property SlideshowViewState viewState: shared
     readonly property bool isCollage: viewModel.displayMode === Slideshow.DisplayMode.Collage
 
@@ -43,6 +46,13 @@ Item {
         muted: root.muted
     }
 
+    SlideshowGestures {
+        objectName: "gestures"
+        anchors.fill: parent
+        enabled: !root.isCollage
+        viewModel: root.viewModel
+    }
+
     Loader {
         objectName: "collage"
         anchors.fill: parent
@@ -50,6 +60,8 @@ Item {
         sourceComponent: CollageRenderer {
             wall: shared.collageWall
             background: shared.backgroundColor
+            showIntro: root.showCollageIntro
+            onIntroDismissed: root.collageIntroDismissed()
         }
     }
 }

@@ -58,6 +58,7 @@ Item {
 
     SlideLayer {
         id: content
+        objectName: "content"
         anchors.fill: parent
         slide: layer.hasSlide ? layer.slide : null
         scaling: layer.viewState.scaling

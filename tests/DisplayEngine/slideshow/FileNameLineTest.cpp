@@ -27,11 +27,10 @@ TEST(FileNameLine, WritesThePathInEachFormatOnOneSafeLine)
     };
     for (const auto &row : rows) {
         const ImageItem item(row.url);
-        EXPECT_EQ(FileNameLine::text(item, FileDisplayFormat::filenameOnly), row.filenameOnly)
-            << row.url.toString().toStdString();
-        EXPECT_EQ(FileNameLine::text(item, FileDisplayFormat::fullPath), row.fullPath)
-            << row.url.toString().toStdString();
-        EXPECT_EQ(FileNameLine::text(item, FileDisplayFormat::folderAndFilename), row.folderAndFilename)
+        const QStringList got {FileNameLine::text(item, FileDisplayFormat::filenameOnly),
+            FileNameLine::text(item, FileDisplayFormat::fullPath),
+            FileNameLine::text(item, FileDisplayFormat::folderAndFilename)};
+        EXPECT_EQ(got, QStringList({row.filenameOnly, row.fullPath, row.folderAndFilename}))
             << row.url.toString().toStdString();
     }
 }

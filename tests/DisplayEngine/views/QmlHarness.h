@@ -66,10 +66,7 @@ public:
     bool ok() const { return m_root != nullptr; }
     QQuickItem *root() const { return m_root.get(); }
     QQuickWindow &window() { return m_window; }
-    template <typename T = QQuickItem> T *find(const QString &name) const
-    {
-        return m_root ? m_root->findChild<T *>(name) : nullptr;
-    }
+    QQuickItem *find(const QString &name) const { return m_root ? m_root->findChild<QQuickItem *>(name) : nullptr; }
     // The first visible item of that name.
     QQuickItem *visible(const QString &name) const
     {

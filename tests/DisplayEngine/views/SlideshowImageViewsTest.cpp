@@ -1,9 +1,9 @@
 // The central slideshow view over a real view model on fake time: where each layer stands at
 // points of every transition, the Ken Burns drift through the hold, zoom and pan, and the
 // engine's enumerations as QML compares them.
-#include "DisplayEngine/slideshow/SlideshowTestHost.h"
-#include "QmlHarness.h"
+#include "SlideshowScene.h"
 
+#include "collage/CollageWallModel.h"
 #include "views/SlideshowEnums.h"
 
 #include <QMetaEnum>
@@ -25,21 +25,22 @@ struct Layer {
     double opacity, scale, x, turn;
 };
 
+SlideshowSettings withStyle(TransitionStyle style)
+{
+    SlideshowSettings settings;
+    settings.transitionStyle = style;
+    settings.transitionDuration = 1.0;
+    return settings;
+}
+
 // The slideshow view over a running model of three local stills.
-class ViewsRig {
-public:
-    explicit ViewsRig(TransitionStyle style, double transitionDuration = 1.0)
-    {
-        SlideshowSettings settings;
-        settings.transitionStyle = style;
-        settings.transitionDuration = transitionDuration;
-        settings.defaultDuration = 5;
-        model = rig.make(numberedItems(3), settings);
-        model->start();
-        harness = std::make_unique<QmlHarness>(QSize(kWidth, kHeight),
+struct ViewsRig : SlideshowScene {
+    explicit ViewsRig(TransitionStyle style, QList<ImageItem> items = numberedItems(3))
+        : SlideshowScene(QSize(kWidth, kHeight),
             QStringLiteral("SlideshowImageViews { property bool flipping: viewModel.activeTransitionStyle === "
                            "Slideshow.TransitionStyle.Flip }"),
-            QVariantMap {{QStringLiteral("viewModel"), QVariant::fromValue(model.get())}});
+            std::move(items), withStyle(style))
+    {
     }
 
     // The layer that shows the item at `index` of the model's images.
@@ -51,17 +52,14 @@ public:
             const QVariantMap slide = layer->property("slide").toMap();
             if (slide.value(QStringLiteral("id")).toString() == wanted) {
                 const double opacity = layer->isVisible() ? layer->opacity() : 0.0;
-                return {opacity, layer->property("layerScale").toDouble(), layer->property("offsetX").toDouble(),
-                    layer->property("turn").toDouble()};
+                // Where the layer's centre is drawn: scale and turn keep it in place, the offset moves it.
+                const double x = layer->mapToScene(QPointF(kWidth / 2, kHeight / 2)).x() - kWidth / 2;
+                return {opacity, layer->property("layerScale").toDouble(), x, layer->property("turn").toDouble()};
             }
         }
         ADD_FAILURE() << "no layer shows item " << index;
         return {};
     }
-
-    SlideshowRig rig;
-    std::unique_ptr<SlideshowViewModel> model;
-    std::unique_ptr<QmlHarness> harness;
 };
 
 TEST(SlideshowImageViews, LayersFollowEveryTransitionStyle)
@@ -128,10 +126,10 @@ TEST(SlideshowImageViews, LayersFollowEveryTransitionStyle)
                 << toRaw(row.style).toStdString() << " backward " << row.backward << " p " << p;
             EXPECT_NEAR(in.opacity, wantIn.opacity, 1e-6) << where;
             EXPECT_NEAR(in.scale, wantIn.scale, 1e-6) << where;
-            EXPECT_NEAR(in.x, wantIn.x, 1e-6) << where;
+            EXPECT_NEAR(in.x, wantIn.x, 1e-3) << where;
             EXPECT_NEAR(in.turn, wantIn.turn, 1e-6) << where;
             EXPECT_NEAR(out.opacity, wantOut.opacity, 1e-6) << where;
-            EXPECT_NEAR(out.x, wantOut.x, 1e-6) << where;
+            EXPECT_NEAR(out.x, wantOut.x, 1e-3) << where;
             EXPECT_NEAR(out.turn, wantOut.turn, 1e-6) << where;
         }
         EXPECT_EQ(views.harness->root()->property("flipping").toBool(), row.style == TransitionStyle::flip);
@@ -141,21 +139,9 @@ TEST(SlideshowImageViews, LayersFollowEveryTransitionStyle)
         const Layer settled = views.layerShowing(to);
         EXPECT_NEAR(settled.opacity, 1, 1e-9);
         EXPECT_NEAR(settled.scale, 1, 1e-9);
-        EXPECT_NEAR(settled.x, 0, 1e-9);
+        EXPECT_NEAR(settled.x, 0, 1e-3);
         EXPECT_NEAR(settled.turn, 0, 1e-9);
     }
-}
-
-TEST(SlideshowImageViews, TheSlideMovesOnScreenNotOnlyInItsProperties)
-{
-    ViewsRig views(TransitionStyle::slide);
-    ASSERT_TRUE(views.harness->ok());
-    views.model->next();
-    views.rig.time.advance(0.5);
-    const double p = views.model->transitionProgress();
-    QQuickItem *incoming = views.harness->find(
-        views.model->isPrimaryLayerActive() ? QStringLiteral("secondaryLayer") : QStringLiteral("primaryLayer"));
-    EXPECT_NEAR(incoming->mapToScene(QPointF(0, 0)).x(), kWidth * (1 - p), 1e-3);
 }
 
 TEST(SlideshowImageViews, KenBurnsDriftsThroughTheHoldAndZoomAppliesToTheCurrentSlide)
@@ -171,7 +157,7 @@ TEST(SlideshowImageViews, KenBurnsDriftsThroughTheHoldAndZoomAppliesToTheCurrent
     EXPECT_GT(later.scale, early);
     EXPECT_NEAR(later.scale, 1 + views.model->kenBurnsProgress() * 0.12, 1e-6);
     const QSizeF v = views.model->kenBurnsVector();
-    EXPECT_NEAR(later.x, kWidth * v.width() * 0.04 * views.model->kenBurnsProgress(), 1e-6);
+    EXPECT_NEAR(later.x, kWidth * v.width() * 0.04 * views.model->kenBurnsProgress(), 1e-3);
 
     ViewsRig zoomed(TransitionStyle::none);
     ASSERT_TRUE(zoomed.harness->ok());
@@ -179,33 +165,103 @@ TEST(SlideshowImageViews, KenBurnsDriftsThroughTheHoldAndZoomAppliesToTheCurrent
     zoomed.model->pan(30, 0);
     const Layer current = zoomed.layerShowing(0);
     EXPECT_NEAR(current.scale, 1.25, 1e-9);
-    EXPECT_NEAR(current.x, 30 * (zoomed.model->settings().naturalScrollingForPan ? -1 : 1), 1e-9);
+    EXPECT_NEAR(current.x, 30 * (zoomed.model->settings().naturalScrollingForPan ? -1 : 1), 1e-3);
 }
 
-// Each QML enumeration has a case for every case of the engine's, by the same name.
+TEST(SlideshowImageViews, ThePointerRevealsZoomsAndPans)
+{
+    ViewsRig views(TransitionStyle::none);
+    ASSERT_TRUE(views.harness->ok());
+    QQuickWindow &window = views.harness->window();
+    QTest::mouseMove(&window, QPoint(400, 300));
+    QTest::mouseMove(&window, QPoint(410, 300));
+    EXPECT_TRUE(views.model->showControls());
+
+    QWheelEvent notch(QPointF(400, 300), window.mapToGlobal(QPointF(400, 300)), {}, QPoint(0, 120), Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&window, &notch);
+    EXPECT_NEAR(views.model->zoomLevel(), 1.15, 1e-9); // 15 degrees at 0.01 each
+
+    QTest::mouseDClick(&window, Qt::LeftButton, {}, QPoint(400, 300));
+    EXPECT_NEAR(views.model->zoomLevel(), 1.0, 1e-9);
+    QTest::mouseDClick(&window, Qt::LeftButton, {}, QPoint(400, 300));
+    EXPECT_NEAR(views.model->zoomLevel(), views.model->settings().smartZoomLevel, 1e-9);
+
+    QTest::mousePress(&window, Qt::LeftButton, {}, QPoint(400, 300));
+    QTest::mouseMove(&window, QPoint(440, 320));
+    QTest::mouseRelease(&window, Qt::LeftButton, {}, QPoint(440, 320));
+    EXPECT_NEAR(std::abs(views.model->zoomOffset().width()), 40, 1e-9);
+    EXPECT_NEAR(std::abs(views.model->zoomOffset().height()), 20, 1e-9);
+}
+
+TEST(SlideshowImageViews, AVideoReportsItsEndAndAnyFailureButAStillDoesNot)
+{
+    const struct {
+        bool video;
+        const char *report;
+        int indexAfter;
+    } rows[] = {
+        {true, "ended", 1},
+        {true, "failed", 1},
+        {false, "failed", 0},
+    };
+    for (const auto &row : rows) {
+        QList<ImageItem> items = numberedItems(3);
+        if (row.video)
+            items[0].setMediaType(MediaType::video);
+        ViewsRig views(TransitionStyle::none, items);
+        ASSERT_TRUE(views.harness->ok());
+        QQuickItem *current = views.harness->find(QStringLiteral("primaryLayer"));
+        auto *content = current->findChild<QQuickItem *>(QStringLiteral("content"));
+        ASSERT_NE(content, nullptr);
+        ASSERT_EQ(views.model->currentIndex(), 0);
+        // Only the slide on show is heard.
+        EXPECT_FALSE(content->property("muted").toBool());
+        if (std::string(row.report) == "ended")
+            QMetaObject::invokeMethod(content, "ended");
+        else
+            QMetaObject::invokeMethod(content, "failed", Q_ARG(QString, QStringLiteral("broken")));
+        EXPECT_EQ(views.model->currentIndex(), row.indexAfter) << row.video << row.report;
+    }
+}
+
+TEST(SlideshowImageViews, CollageModeDrawsTheWallInsteadOfTheLayers)
+{
+    ViewsRig views(TransitionStyle::none);
+    ASSERT_TRUE(views.harness->ok());
+    auto *collage = views.harness->find(QStringLiteral("collage"));
+    ASSERT_NE(collage, nullptr);
+    const auto layersShown = [&] {
+        return views.harness->find(QStringLiteral("primaryLayer"))->isVisible()
+            || views.harness->find(QStringLiteral("secondaryLayer"))->isVisible();
+    };
+    EXPECT_TRUE(layersShown());
+
+    views.model->enterCollage();
+    EXPECT_TRUE(collage->property("active").toBool());
+    auto *wall = collage->property("item").value<QQuickItem *>();
+    ASSERT_NE(wall, nullptr);
+    EXPECT_EQ(wall->property("wall").value<QObject *>(), static_cast<QObject *>(views.model->collageWall()));
+    EXPECT_FALSE(layersShown());
+
+    views.model->openFromCollage(views.model->images().at(1).id().toString());
+    EXPECT_FALSE(collage->property("active").toBool());
+    EXPECT_TRUE(layersShown());
+}
+
+// Each QML enumeration has a case for every case of the engine's; the styles go by the same names.
 TEST(SlideshowEnums, MirrorTheEngineCases)
 {
     const QMetaObject &meta = SlideshowEnums::staticMetaObject;
     const QMetaEnum styles = meta.enumerator(meta.indexOfEnumerator("TransitionStyle"));
-    ASSERT_EQ(styles.keyCount(), int(allTransitionStyles.size()));
-    for (const TransitionStyle style : allTransitionStyles) {
-        QString name = QString::fromLatin1(styles.valueToKey(int(style)));
-        name[0] = name[0].toLower();
-        EXPECT_EQ(name, toRaw(style));
-    }
-    const struct {
-        const char *name;
-        size_t cases;
-    } rows[] = {{"ControlScope", allControlScopes.size()}, {"SortMode", allSortModes.size()},
+    for (const TransitionStyle style : allTransitionStyles)
+        EXPECT_EQ(QString::fromLatin1(styles.valueToKey(int(style))).toLower(), toRaw(style).toLower());
+    const std::pair<const char *, size_t> rows[] = {{"TransitionStyle", allTransitionStyles.size()},
+        {"ControlScope", allControlScopes.size()}, {"SortMode", allSortModes.size()},
         {"ImageScalingMode", allImageScalingModes.size()}, {"FileDisplayFormat", allFileDisplayFormats.size()},
         {"CollageLayout", allCollageLayouts.size()}, {"Action", allSlideshowActions.size()}};
-    for (const auto &row : rows) {
-        const QMetaEnum e = meta.enumerator(meta.indexOfEnumerator(row.name));
-        ASSERT_TRUE(e.isValid()) << row.name;
-        EXPECT_EQ(size_t(e.keyCount()), row.cases) << row.name;
-        for (int i = 0; i < e.keyCount(); ++i)
-            EXPECT_EQ(e.value(i), i) << row.name;
-    }
+    for (const auto &[name, cases] : rows)
+        EXPECT_EQ(size_t(meta.enumerator(meta.indexOfEnumerator(name)).keyCount()), cases) << name;
 }
 
 } // namespace
