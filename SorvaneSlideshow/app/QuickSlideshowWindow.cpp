@@ -95,14 +95,11 @@ void QuickSlideshowWindow::moveTo(QScreen *screen)
 
 bool QuickSlideshowWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    // Moving the pointer brings the controls back; the application shows the pointer itself.
     // A close from the window manager (not from us): the manager forgets the window.
     if (watched == m_window && event->type() == QEvent::Close && !m_closing) {
         m_closing = true;
         m_manager.windowClosed(m_id);
     }
-    if (watched == m_window && event->type() == QEvent::MouseMove)
-        m_viewModel.revealControls();
     if (watched == m_window && event->type() == QEvent::KeyPress) {
         // Keys the show does not know go on to the window's items.
         if (keyPressed(*static_cast<QKeyEvent *>(event)))

@@ -1,8 +1,9 @@
 import QtQuick
 import Sorvane.Views
 
-// One slideshow window: the slides (or the wall), the pointer's gestures, the controls and
-// overlays, and the one dialog. Keys never reach QML: the application routes them.
+// One slideshow window: the slides (or the wall) with their gestures, the controls and
+// overlays, the players menu of a video and the one dialog. Keys never reach QML: the
+// application routes them.
 Window {
     id: root
 
@@ -14,33 +15,15 @@ Window {
     title: "Sorvane Slideshow"
     color: "black"
 
-    // Beneath the views, so that a wall's tiles take their own clicks first.
+    // Beneath the views, whose gestures take the left button: a right click on a video
+    // offers the players installed.
     MouseArea {
-        id: gestures
         anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
-        property point last
-
+        acceptedButtons: Qt.RightButton
         onPressed: mouse => {
-            last = Qt.point(mouse.x, mouse.y)
-            if (mouse.button === Qt.RightButton && root.bridge.showsVideo(root.viewModel))
+            if (root.bridge.showsVideo(root.viewModel))
                 videoMenu.openAt(mouse.x, mouse.y)
         }
-        onPositionChanged: mouse => {
-            if ((mouse.buttons & Qt.LeftButton) && root.viewModel.zoomLevel > 1)
-                root.viewModel.pan(mouse.x - last.x, mouse.y - last.y)
-            last = Qt.point(mouse.x, mouse.y)
-        }
-        onDoubleClicked: root.viewModel.smartZoom()
-        // In points, as a trackpad reports them; a wheel's notch (15 degrees) counts as 15.
-        onWheel: wheel => root.viewModel.scrollZoom(wheel.pixelDelta.y !== 0 ? wheel.pixelDelta.y
-                                                                             : wheel.angleDelta.y / 8)
-    }
-
-    PinchHandler {
-        target: null
-        onActiveScaleChanged: root.viewModel.pinchChanged(activeScale)
-        onActiveChanged: if (!active) root.viewModel.pinchEnded()
     }
 
     SlideshowImageViews {
@@ -55,22 +38,10 @@ Window {
         viewModel: root.viewModel
         viewState: views.viewState
         manager: root.manager
-    }
-
-    MultiMonitorTip {
-        anchors.top: parent.top
-        anchors.right: parent.right
-        anchors.margins: overlays.margin
-        unit: overlays.unit
-        visible: root.bridge.tipWindowId === root.windowId
-        onDismissed: root.bridge.dismissTip()
-    }
-
-    ShortcutOverlay {
-        visible: root.bridge.shortcutsWindowId === root.windowId
-        rows: views.viewState.shortcutRows
-        footer: views.viewState.shortcutFooter
-        onGotIt: root.bridge.hideShortcuts()
+        showShortcuts: root.bridge.shortcutsWindowId === root.windowId
+        showMultiMonitorTip: root.bridge.tipWindowId === root.windowId
+        onShortcutsDismissed: root.bridge.hideShortcuts()
+        onMultiMonitorTipDismissed: root.bridge.dismissTip()
     }
 
     VideoPlayersMenu {
