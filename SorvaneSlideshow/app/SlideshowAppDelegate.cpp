@@ -27,8 +27,10 @@ const QUrl windowComponent(QStringLiteral("qrc:/qt/qml/Sorvane/Slideshow/qml/Sli
 SlideshowAppDelegate::SlideshowAppDelegate(Options options, QObject *parent)
     : QObject(parent), m_options(std::move(options)),
       m_stored(m_options.preferencesFolder.isEmpty() ? PreferenceStore::standardFolder() : m_options.preferencesFolder),
-      m_bridge(m_players.installed(),
-          [this](const ExternalVideoPlayer &player, const QString &file) { return m_players.open(player, file); }),
+      m_bridge(
+          m_players.installed(),
+          [this](const ExternalVideoPlayer &player, const QString &file) { return m_players.open(player, file); },
+          &m_stored),
       m_windows(
           m_qml, windowComponent,
           [this](SlideshowViewModel &viewModel) {

@@ -1,15 +1,31 @@
 #include "core/SlideshowAppBridge.h"
 
 #include "core/SlideshowLog.h"
+#include "slideshow/Preferences.h"
 #include "slideshow/SlideshowViewModel.h"
 
 #include <QUrl>
 
 namespace sorvane {
 
-SlideshowAppBridge::SlideshowAppBridge(QList<ExternalVideoPlayer> players, OpenVideo open, QObject *parent)
-    : QObject(parent), m_players(std::move(players)), m_open(std::move(open))
+SlideshowAppBridge::SlideshowAppBridge(
+    QList<ExternalVideoPlayer> players, OpenVideo open, Preferences *stored, QObject *parent)
+    : QObject(parent), m_players(std::move(players)), m_open(std::move(open)), m_stored(stored),
+      m_hasSeenCollageIntro(stored && stored->boolValue(hasSeenCollageIntroKey).value_or(false))
 {
+}
+
+void SlideshowAppBridge::collageIntroSeen()
+{
+    if (m_hasSeenCollageIntro)
+        return;
+    m_hasSeenCollageIntro = true;
+    Q_EMIT hasSeenCollageIntroChanged();
+    // A flag that cannot be written only means the intro comes again next time.
+    if (m_stored) {
+        if (const std::optional<QString> failure = m_stored->setValue(hasSeenCollageIntroKey, true))
+            qCWarning(lcSlideshow, "The collage intro's flag was not kept: %s", qUtf8Printable(*failure));
+    }
 }
 
 QStringList SlideshowAppBridge::videoPlayerNames() const

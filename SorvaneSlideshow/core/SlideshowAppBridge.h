@@ -11,6 +11,8 @@
 
 namespace sorvane {
 
+class Preferences;
+
 // What the windows' QML asks of the application besides the view model and the manager:
 // the one dialog (confirm moving a file to the trash), the keyboard-shortcut overlay and
 // the multi-monitor tip, each shown in one window (by the view model's id as text), and
@@ -22,19 +24,26 @@ class SlideshowAppBridge : public QObject {
     Q_PROPERTY(QString shortcutsWindowId READ shortcutsWindowId NOTIFY shortcutsWindowIdChanged)
     Q_PROPERTY(QString tipWindowId READ tipWindowId NOTIFY tipWindowIdChanged)
     Q_PROPERTY(QStringList videoPlayerNames READ videoPlayerNames CONSTANT)
+    Q_PROPERTY(bool hasSeenCollageIntro READ hasSeenCollageIntro NOTIFY hasSeenCollageIntroChanged)
 
 public:
     using Answer = std::function<void(bool confirmed)>;
     // Opens a file in a player; nothing on success, else why not.
     using OpenVideo = std::function<std::optional<QString>(const ExternalVideoPlayer &, const QString &file)>;
 
-    SlideshowAppBridge(QList<ExternalVideoPlayer> players, OpenVideo open, QObject *parent = nullptr);
+    // Where the collage intro's "seen" flag is kept, for good.
+    static inline const QString hasSeenCollageIntroKey = QStringLiteral("slideshow.hasSeenCollageIntro");
+
+    // `stored` keeps the intro's flag; it must outlive the bridge (none: the intro shows each run).
+    SlideshowAppBridge(
+        QList<ExternalVideoPlayer> players, OpenVideo open, Preferences *stored = nullptr, QObject *parent = nullptr);
 
     QString trashWindowId() const { return m_trashWindowId; }
     QString trashFileName() const { return m_trashFileName; }
     QString shortcutsWindowId() const { return m_shortcutsWindowId; }
     QString tipWindowId() const { return m_tipWindowId; }
     QStringList videoPlayerNames() const;
+    bool hasSeenCollageIntro() const { return m_hasSeenCollageIntro; }
 
     // Asks window `windowId` to confirm; a question still open is answered "no" first.
     void askTrash(const QString &windowId, const QString &fileName, Answer answer);
@@ -48,6 +57,7 @@ public:
     bool trashQuestionTakes(const QString &windowId, const QString &key);
     Q_INVOKABLE void hideShortcuts();
     Q_INVOKABLE void dismissTip();
+    Q_INVOKABLE void collageIntroSeen();
     // True when the window's current item is a video a player could open.
     Q_INVOKABLE bool showsVideo(QObject *viewModel) const;
     // Opens the window's current video in the player at `index` of `videoPlayerNames`.
@@ -59,6 +69,7 @@ Q_SIGNALS:
     void trashChanged();
     void shortcutsWindowIdChanged();
     void tipWindowIdChanged();
+    void hasSeenCollageIntroChanged();
 
 private:
     QList<ExternalVideoPlayer> m_players;
@@ -68,6 +79,8 @@ private:
     Answer m_trashAnswer;
     QString m_shortcutsWindowId;
     QString m_tipWindowId;
+    Preferences *m_stored = nullptr;
+    bool m_hasSeenCollageIntro = false;
 };
 
 } // namespace sorvane

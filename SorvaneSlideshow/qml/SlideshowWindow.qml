@@ -30,6 +30,8 @@ Window {
         id: views
         anchors.fill: parent
         viewModel: root.viewModel
+        showCollageIntro: !root.bridge.hasSeenCollageIntro
+        onCollageIntroDismissed: root.bridge.collageIntroSeen()
     }
 
     SlideshowOverlays {

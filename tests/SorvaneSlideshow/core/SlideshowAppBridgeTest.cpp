@@ -37,6 +37,59 @@ TEST(SlideshowAppBridge, aTrashQuestionIsAnsweredOnceAndANewOneAnswersTheOldNo)
     EXPECT_TRUE(bridge.trashFileName().isEmpty());
 }
 
+TEST(SlideshowAppBridge, keysAnswerTheQuestionOnlyInItsWindow)
+{
+    struct Case {
+        const char *name;
+        QString window;
+        QString key;
+        bool taken;
+        QStringList answers;
+    };
+    const QList<Case> cases {
+        {"Return moves the file", "w1", "\r", true, {"yes"}},
+        {"Escape keeps it", "w1", "escape", true, {"no"}},
+        {"another key waits for an answer", "w1", " ", true, {}},
+        {"a key in another window goes to the show", "w2", "escape", false, {}},
+    };
+    for (const Case &c : cases) {
+        SlideshowAppBridge bridge({}, {});
+        QStringList answers;
+        EXPECT_FALSE(bridge.trashQuestionTakes(QStringLiteral("w1"), QStringLiteral("escape"))) << c.name;
+        bridge.askTrash(QStringLiteral("w1"), QStringLiteral("a.jpg"),
+            [&answers](bool confirmed) { answers << (confirmed ? "yes" : "no"); });
+        EXPECT_EQ(bridge.trashQuestionTakes(c.window, c.key), c.taken) << c.name;
+        EXPECT_EQ(answers, c.answers) << c.name;
+        EXPECT_EQ(bridge.trashWindowId().isEmpty(), !c.answers.isEmpty()) << c.name;
+    }
+}
+
+TEST(SlideshowAppBridge, theCollageIntroIsSeenOnceForGood)
+{
+    struct Case {
+        const char *name;
+        std::optional<PreferenceValue> stored;
+        bool seen;
+    };
+    const QList<Case> cases {
+        {"nothing stored", std::nullopt, false},
+        {"seen before", PreferenceValue(true), true},
+        {"stored as not seen", PreferenceValue(false), false},
+        {"not a Boolean", PreferenceValue(QStringLiteral("yes")), false},
+    };
+    for (const Case &c : cases) {
+        InMemoryPreferences stored;
+        if (c.stored)
+            stored.setValue(SlideshowAppBridge::hasSeenCollageIntroKey, *c.stored);
+        SlideshowAppBridge bridge({}, {}, &stored);
+        EXPECT_EQ(bridge.hasSeenCollageIntro(), c.seen) << c.name;
+        bridge.collageIntroSeen();
+        EXPECT_TRUE(bridge.hasSeenCollageIntro()) << c.name;
+        // The next run does not show it again.
+        EXPECT_TRUE(SlideshowAppBridge({}, {}, &stored).hasSeenCollageIntro()) << c.name;
+    }
+}
+
 TEST(SlideshowAppBridge, theShortcutCardTogglesInItsWindowAndMovesToAnother)
 {
     SlideshowAppBridge bridge({}, {});
