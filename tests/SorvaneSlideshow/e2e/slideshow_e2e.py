@@ -116,6 +116,17 @@ class TwoScreens(SlideshowTestCase):
         self.assertNotIn("slideshow.globalSettings.controlScope", stored)
 
 
+class Collage(SlideshowTestCase):
+    def test_a_wall_on_each_screen_and_the_intro_once(self):
+        x = self.x_server()
+        show = self.start(x, "--screens", "all", "--layout", "scatter", SUITE.media)
+        for screen in range(len(TWO_SCREENS)):
+            self.wait_for_photo(x, screen)
+        x.key("Escape")
+        self.assertEqual(show.wait_exit(10), 0, show.tail())
+        self.assertNotIn("slideshow.hasSeenCollageIntro", self.stored_preferences(), "not dismissed, not seen")
+
+
 class Keys(SlideshowTestCase):
     def test_arrow_steps_and_slash_shows_then_hides_the_shortcut_card(self):
         x = self.x_server(((1280, 720),))
