@@ -94,6 +94,9 @@ void SlideshowAppDelegate::start()
     setPointerHidden(true);
     MediaFolderScan::Request request;
     for (const QString &path : std::as_const(m_options.run.paths)) {
+        // Said at once: the show plays what there is, but a mistyped path should not go unnoticed.
+        if (!QFileInfo::exists(path))
+            std::fprintf(stderr, "SorvaneSlideshow: no such file or folder: %s\n", qUtf8Printable(path));
         if (QFileInfo(path).isDir())
             request.folders << path;
         else

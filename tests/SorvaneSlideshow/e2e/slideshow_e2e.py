@@ -193,6 +193,7 @@ class WrongUse(SlideshowTestCase):
             (["--bogus", SUITE.media], 2, "unknown option --bogus"),
             ([], 2, "no folder or file to play"),
             ([empty], 1, "Nothing to play"),
+            ([os.path.join(empty, "missing")], 1, "no such file or folder: "),
             (["--help"], 0, "Usage: SorvaneSlideshow"),
         ]
         for arguments, code, text in cases:
