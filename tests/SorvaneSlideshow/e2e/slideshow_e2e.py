@@ -75,9 +75,10 @@ class SlideshowTestCase(unittest.TestCase):
                    XDG_CACHE_HOME=self.folder("cache"), DBUS_SESSION_BUS_ADDRESS="disabled:")
         return env
 
-    def start(self, x, *arguments):
+    def start(self, x, *arguments, bus_address="disabled:"):
         self.runs += 1
-        run = harness.Player(executable("SorvaneSlideshow"), list(arguments), self.env(x),
+        run = harness.Player(executable("SorvaneSlideshow"), list(arguments),
+                             {**self.env(x), "DBUS_SESSION_BUS_ADDRESS": bus_address},
                              os.path.join(self.tmp, f"slideshow-{self.runs}.log"))
         self.addCleanup(run.stop)
         return run
@@ -99,7 +100,12 @@ class SlideshowTestCase(unittest.TestCase):
 class TwoScreens(SlideshowTestCase):
     def test_linked_show_on_every_screen_then_escape_stops_all(self):
         x = self.x_server()
-        show = self.start(x, "--screens", "all", "--scope", "linked", "--interval", "30", SUITE.media)
+        saver = None
+        if shutil.which("dbus-daemon"):
+            saver = harness.FakeScreenSaver(executable("sorvane-test-screensaver"), self.folder("bus"))
+            self.addCleanup(saver.stop)
+        show = self.start(x, "--screens", "all", "--scope", "linked", "--interval", "30", SUITE.media,
+                          bus_address=saver.address if saver else "disabled:")
         shots = [self.wait_for_photo(x, screen) for screen in range(len(TWO_SCREENS))]
         self.assertEqual([(shot.width, shot.height) for shot in shots], list(TWO_SCREENS))
         windows = wait_until(lambda: x.visible_windows() if len(x.visible_windows()) == 2 else None, 10,
@@ -110,6 +116,11 @@ class TwoScreens(SlideshowTestCase):
         self.assertEqual(show.wait_exit(10), 0, show.tail())
         with open(show.log_path, encoding="utf-8", errors="replace") as log:
             self.assertIn("The last show stopped", log.read())
+        if saver:
+            calls = saver.calls()
+            self.assertEqual(len(calls), 2, calls)
+            self.assertRegex(calls[0], r"^Inhibit SorvaneSlideshow\tSorvane is showing photos\t\d+$")
+            self.assertEqual(calls[1], "UnInhibit " + calls[0].rsplit("\t", 1)[1], "the display is given back")
         stored = self.stored_preferences()
         # The tip is shown once for good; the scope asked for on the command line is not kept.
         self.assertEqual(stored.get("slideshow.globalSettings.hasShownMultiMonitorTip", {}).get("value"), True)
