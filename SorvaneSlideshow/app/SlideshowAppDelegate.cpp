@@ -130,7 +130,7 @@ void SlideshowAppDelegate::scanFinished(const MediaFolderScanCounts &counts)
 
 void SlideshowAppDelegate::launch()
 {
-    const bool transient = m_options.run.interval || m_options.run.transition;
+    const bool transient = m_options.run.changesSettings();
     const QList<QUuid> ids
         = m_manager->launch(m_options.run.launchRequest(), m_items, m_settings, m_options.run.sortMode(), transient);
     if (ids.isEmpty()) {
@@ -169,8 +169,8 @@ void SlideshowAppDelegate::screenArrived()
     if (!m_launched || m_options.run.launchRequest().monitor != SlideshowLaunchRequest::MonitorTarget::all
         || m_manager->activeSlideshowIds().isEmpty())
         return;
-    windowsOpened(m_manager->launch(m_options.run.launchRequest(), m_items, m_settings, m_options.run.sortMode(),
-        m_options.run.interval || m_options.run.transition));
+    windowsOpened(m_manager->launch(
+        m_options.run.launchRequest(), m_items, m_settings, m_options.run.sortMode(), m_options.run.changesSettings()));
 }
 
 void SlideshowAppDelegate::confirmTrash(const ImageItem &item, std::function<void(bool)> answer)

@@ -36,6 +36,7 @@ struct SlideshowRunOptions {
     SortMode sortMode() const { return sort.value_or(SortMode::random); }
     void applyTo(SlideshowSettings &settings) const;
     void applyTo(SlideshowGlobalSettings &global) const;
+    bool changesSettings() const { return interval || transition; }
     bool changesGlobalSettings() const { return scope || sync || phaseDelay; }
 
     bool operator==(const SlideshowRunOptions &) const = default;

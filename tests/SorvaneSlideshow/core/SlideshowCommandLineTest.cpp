@@ -123,6 +123,10 @@ TEST(SlideshowRunOptions, buildsTheLaunchAndChangesOnlyWhatWasAsked)
     EXPECT_EQ(global.syncMode(), SyncMode::phased);
     EXPECT_EQ(global.controlScope(), ControlScope::mirrored);
     EXPECT_TRUE(options.changesGlobalSettings());
+    EXPECT_TRUE(options.changesSettings());
+    EXPECT_FALSE(
+        std::get<SlideshowRunOptions>(SlideshowCommandLine::parse({"--screens", "all", "--sort", "random", "x"}))
+            .changesSettings());
 }
 
 } // namespace
