@@ -3,6 +3,7 @@
 #include "slideshow/Preferences.h"
 
 #include <QJsonObject>
+#include <QStringList>
 
 namespace sorvane {
 
@@ -22,6 +23,8 @@ public:
     static QString standardFolder();
 
     const QString &filePath() const { return m_filePath; }
+    // The keys as last read or written, so that a run can copy them into memory.
+    QStringList keys() const { return m_entries.keys(); }
 
     std::optional<PreferenceValue> value(const QString &key) const override;
     // On failure the file and this store keep their previous values.

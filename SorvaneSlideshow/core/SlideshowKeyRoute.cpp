@@ -1,0 +1,14 @@
+#include "core/SlideshowKeyRoute.h"
+
+namespace sorvane {
+
+std::optional<SlideshowAction> SlideshowKeyRoute::actionFor(const KeyBindings &bindings, const KeyBinding &pressed)
+{
+    if (const std::optional<SlideshowAction> bound = actionForKey(bindings, pressed.key, pressed.modifiers))
+        return bound;
+    if (pressed.key == QLatin1String("escape"))
+        return SlideshowAction::exit;
+    return std::nullopt;
+}
+
+} // namespace sorvane

@@ -1,0 +1,3 @@
+#include "core/SlideshowLog.h"
+
+Q_LOGGING_CATEGORY(lcSlideshow, "sorvane.slideshow")
