@@ -231,7 +231,9 @@ public:
 
     // Videos: a video on screen holds the advance until the view reports its end.
     Q_INVOKABLE void videoEnded(const QString &itemId);
-    Q_INVOKABLE void videoFailed(const QString &itemId);
+    // The view could not show the current item (a damaged photo, a video that fails):
+    // every listing of its file leaves the show and the next item shows, even when paused.
+    Q_INVOKABLE void itemFailed(const QString &itemId);
 
     // Collage mode, over the engine's wall model (owned here while in collage mode).
     void setCollageLayout(CollageLayout layout);
@@ -322,6 +324,7 @@ private:
     void setShowControls(bool show);
     void reorder(SortMode mode, bool freshShuffle);
     void replaceImages(QList<ImageItem> ordered, const std::optional<ImageItem> &keep);
+    void removeFile(QUrl url, ImageItem listed);
     void onTrashDone(const QUuid &itemId, bool resumeAfter, int outcome, const QString &message);
     void leaveCollage();
     void cancelTimer(std::optional<TimerScheduler::TimerId> &timer);

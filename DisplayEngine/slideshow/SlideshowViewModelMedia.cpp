@@ -34,18 +34,18 @@ void SlideshowViewModel::videoEnded(const QString &itemId)
         next(true);
 }
 
-void SlideshowViewModel::videoFailed(const QString &itemId)
+void SlideshowViewModel::itemFailed(const QString &itemId)
 {
     const std::optional<ImageItem> item = currentItem();
     if (!item || item->id() != QUuid::fromString(itemId))
         return;
-    qCWarning(lcEngine) << "A video could not be played, the slideshow moves on:" << item->displayName();
+    qCWarning(lcEngine) << "An item could not be shown and leaves the slideshow:" << item->displayName();
     if (m_isHeldByVideo) {
         m_isHeldByVideo = false;
         Q_EMIT isHeldByVideoChanged();
     }
-    // Nothing to look at: step on even when paused.
-    next(true);
+    // Nothing to look at: the next item shows even when paused.
+    removeFile(item->url(), *item);
 }
 
 // Trash.
@@ -65,52 +65,58 @@ void SlideshowViewModel::moveCurrentToTrash()
     });
 }
 
+// Every listing of the file leaves the show (it was trashed, or it cannot be shown); when
+// it was on screen, the item after it shows.
+void SlideshowViewModel::removeFile(QUrl url, ImageItem listed)
+{
+    const std::optional<ImageItem> shown = currentItem();
+    const bool wasShown = shown && shown->url() == url;
+    const int index = int(m_images.indexOf(listed));
+    // Every listing of the file goes: it is no longer there to show.
+    const int before = int(std::count_if(
+        m_images.cbegin(), m_images.cbegin() + index, [&](const ImageItem &item) { return item.url() == url; }));
+    QList<ImageItem> remaining = m_images;
+    remaining.removeIf([&](const ImageItem &item) { return item.url() == url; });
+    if (wasShown)
+        releaseClaim(url);
+    ++m_collagePoolGeneration;
+    Q_EMIT collagePoolGenerationChanged();
+    if (!wasShown) {
+        // Another slide is on screen (the user moved on while the host asked): it stays.
+        replaceImages(std::move(remaining), shown);
+    } else if (remaining.isEmpty()) {
+        m_images.clear();
+        m_currentIndex = 0;
+        setLayer(true, std::nullopt);
+        setLayer(false, std::nullopt);
+        Q_EMIT imagesChanged();
+        announceCurrentIndex();
+    } else {
+        m_images = std::move(remaining);
+        Q_EMIT imagesChanged();
+        // The item after the removed one moved into its place.
+        int nextIndex = index - before;
+        if (nextIndex >= m_images.size())
+            nextIndex = m_settings.loopSlideshow ? 0 : int(m_images.size()) - 1;
+        m_currentIndex = nextIndex;
+        announceCurrentIndex();
+        // A window stopped while the host asked shows and claims nothing more.
+        if (m_isActive) {
+            claimCurrent();
+            ++m_imagesViewedInSession;
+            showCurrent(TransitionDirection::forward);
+        }
+    }
+    if (m_collageWall)
+        m_collageWall->setPool(m_images, m_collagePoolGeneration);
+}
+
 void SlideshowViewModel::onTrashDone(const QUuid &itemId, bool resumeAfter, int outcome, const QString &message)
 {
     const auto trashed
         = std::find_if(m_images.cbegin(), m_images.cend(), [&](const ImageItem &item) { return item.id() == itemId; });
     if (HostShell::TrashOutcome(outcome) == HostShell::TrashOutcome::moved && trashed != m_images.cend()) {
-        const QUrl url = trashed->url();
-        const std::optional<ImageItem> shown = currentItem();
-        const bool wasShown = shown && shown->url() == url;
-        const int index = int(trashed - m_images.cbegin());
-        // Every listing of the file goes: it is no longer there to show.
-        const int before = int(std::count_if(
-            m_images.cbegin(), m_images.cbegin() + index, [&](const ImageItem &item) { return item.url() == url; }));
-        QList<ImageItem> remaining = m_images;
-        remaining.removeIf([&](const ImageItem &item) { return item.url() == url; });
-        if (wasShown)
-            releaseClaim(url);
-        ++m_collagePoolGeneration;
-        Q_EMIT collagePoolGenerationChanged();
-        if (!wasShown) {
-            // The user moved on while the host asked: the slide on screen stays.
-            replaceImages(std::move(remaining), shown);
-        } else if (remaining.isEmpty()) {
-            m_images.clear();
-            m_currentIndex = 0;
-            setLayer(true, std::nullopt);
-            setLayer(false, std::nullopt);
-            Q_EMIT imagesChanged();
-            announceCurrentIndex();
-        } else {
-            m_images = std::move(remaining);
-            Q_EMIT imagesChanged();
-            // The item after the trashed one moved into its place.
-            int nextIndex = index - before;
-            if (nextIndex >= m_images.size())
-                nextIndex = m_settings.loopSlideshow ? 0 : int(m_images.size()) - 1;
-            m_currentIndex = nextIndex;
-            announceCurrentIndex();
-            // A window stopped while the host asked shows and claims nothing more.
-            if (m_isActive) {
-                claimCurrent();
-                ++m_imagesViewedInSession;
-                showCurrent(TransitionDirection::forward);
-            }
-        }
-        if (m_collageWall)
-            m_collageWall->setPool(m_images, m_collagePoolGeneration);
+        removeFile(trashed->url(), *trashed);
     } else if (HostShell::TrashOutcome(outcome) == HostShell::TrashOutcome::failed) {
         qCWarning(lcEngine) << "The item was not moved to the trash:" << message;
     }

@@ -66,11 +66,12 @@ Item {
         decodeSize: Qt.size(Math.ceil(layer.width * Screen.devicePixelRatio), Math.ceil(layer.height * Screen.devicePixelRatio))
         paused: layer.viewModel.isPaused
         muted: layer.muted || !layer.isIncoming
-        // Stills and animations have no end; a video's end or failure lets the show move on.
+        // Stills and animations have no end; a video's end lets the show move on, and
+        // anything that cannot be shown leaves it.
         onEnded: if (layer.hasSlide && layer.slide.isVideo) layer.viewModel.videoEnded(layer.slide.id)
         onFailed: reason => {
-            if (layer.hasSlide && layer.slide.isVideo)
-                layer.viewModel.videoFailed(layer.slide.id)
+            if (layer.hasSlide)
+                layer.viewModel.itemFailed(layer.slide.id)
         }
     }
 }

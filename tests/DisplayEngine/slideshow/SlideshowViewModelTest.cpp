@@ -461,13 +461,14 @@ TEST(SlideshowViewModel, AVideoHoldsTheAdvanceUntilItEnds)
         EXPECT_TRUE(model->isHeldByVideo());
         rig.time.advance(120);
         model->videoEnded(items[0].id().toString());
-        model->videoFailed(items[2].id().toString());
+        model->itemFailed(items[2].id().toString());
         EXPECT_EQ(model->currentIndex(), 1) << "reports about other items change nothing";
-        fails ? model->videoFailed(items[1].id().toString()) : model->videoEnded(items[1].id().toString());
-        EXPECT_EQ(model->currentIndex(), 2);
+        fails ? model->itemFailed(items[1].id().toString()) : model->videoEnded(items[1].id().toString());
+        EXPECT_EQ(model->currentItem()->id(), items[2].id());
+        EXPECT_EQ(model->images().size(), fails ? 2 : 3) << "an item that cannot be shown leaves the show";
         EXPECT_FALSE(model->isHeldByVideo());
         rig.time.advance(5.01);
-        EXPECT_EQ(model->currentIndex(), 0);
+        EXPECT_EQ(model->currentItem()->id(), items[0].id());
     }
 }
 

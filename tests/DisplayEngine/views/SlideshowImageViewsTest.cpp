@@ -194,16 +194,18 @@ TEST(SlideshowImageViews, ThePointerRevealsZoomsAndPans)
     EXPECT_NEAR(std::abs(views.model->zoomOffset().height()), 20, 1e-9);
 }
 
-TEST(SlideshowImageViews, AVideoReportsItsEndAndAnyFailureButAStillDoesNot)
+TEST(SlideshowImageViews, AVideoReportsItsEndAndAnythingThatFailsLeavesTheShow)
 {
     const struct {
         bool video;
         const char *report;
-        int indexAfter;
+        int shownAfter; // index into the items given
+        qsizetype imagesAfter;
     } rows[] = {
-        {true, "ended", 1},
-        {true, "failed", 1},
-        {false, "failed", 0},
+        {true, "ended", 1, 3},
+        {true, "failed", 1, 2},
+        {false, "failed", 1, 2},
+        {false, "ended", 0, 3},
     };
     for (const auto &row : rows) {
         QList<ImageItem> items = numberedItems(3);
@@ -221,7 +223,8 @@ TEST(SlideshowImageViews, AVideoReportsItsEndAndAnyFailureButAStillDoesNot)
             QMetaObject::invokeMethod(content, "ended");
         else
             QMetaObject::invokeMethod(content, "failed", Q_ARG(QString, QStringLiteral("broken")));
-        EXPECT_EQ(views.model->currentIndex(), row.indexAfter) << row.video << row.report;
+        EXPECT_EQ(views.model->currentItem()->id(), items[row.shownAfter].id()) << row.video << row.report;
+        EXPECT_EQ(views.model->images().size(), row.imagesAfter) << row.video << row.report;
     }
 }
 
