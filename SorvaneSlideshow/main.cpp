@@ -1,8 +1,8 @@
 // SorvaneSlideshow: plays the photos and videos of the folders and files it is given,
 // full screen on one display or on every display.
 #include "app/SlideshowAppDelegate.h"
-#include "core/SlideshowLog.h"
 #include "core/SlideshowCommandLine.h"
+#include "core/SlideshowLog.h"
 #include "platform/DbusScreenSaverInhibitor.h"
 
 #include <QGuiApplication>

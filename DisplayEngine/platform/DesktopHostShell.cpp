@@ -27,7 +27,7 @@ void trash(const ImageItem &item, const HostShell::TrashDone &done)
         return;
     }
     // Qt moves the file into the working folder when the user's data folder does not exist
-    // yet (a fresh account); the trash specification has it made.
+    // yet (a fresh account); the freedesktop trash rules have it made.
     QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
     const QString original = file.fileName();
     QString inTrash;

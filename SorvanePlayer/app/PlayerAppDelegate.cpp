@@ -57,7 +57,7 @@ PlayerAppDelegate::PlayerAppDelegate(Options options, QObject *parent)
         qCInfo(lcPlayer, m_controlsModel.isVisible() ? "Controls shown" : "Controls hidden");
         // The pointer rests hidden with the panel and comes back with it.
         if (!m_holding)
-            setPointerHidden(!m_controlsModel.isVisible());
+            m_pointer.setHidden(!m_controlsModel.isVisible());
     });
     connect(&m_controlsModel, &PlayerControlsModel::stripRectChanged, this,
         [this] { m_controls->setStripRect(m_controlsModel.stripRect()); });
@@ -87,7 +87,7 @@ void PlayerAppDelegate::bringForward()
 PlayerAppDelegate::~PlayerAppDelegate()
 {
     qApp->removeEventFilter(this);
-    setPointerHidden(false);
+    m_pointer.setHidden(false);
     if (m_engine)
         m_engine->stop();
     m_engine.reset();
@@ -175,7 +175,7 @@ void PlayerAppDelegate::showHolding(const OpenedBundleBranding *branding)
                 branding->logoURL->toLocalFile(), ImageScalingMode::fitToScreen, ImageFilter::none));
     m_controlsModel.setHasShow(false);
     buildHoldingWindows();
-    setPointerHidden(true);
+    m_pointer.setHidden(true);
 }
 
 QQuickWindow *PlayerAppDelegate::makeHoldingWindow(QScreen *screen)
@@ -253,7 +253,7 @@ void PlayerAppDelegate::startPlayback(std::shared_ptr<OpenedBundle> bundle)
 {
     m_holding = false;
     m_bundle = bundle;
-    setPointerHidden(true);
+    m_pointer.setHidden(true);
     setUpSlides(*bundle);
     // The viewer's own collage settings are read, never written: the bundle's go on top, in memory.
     const PreferenceStore viewerPreferences(PreferenceStore::standardFolder());
@@ -346,17 +346,6 @@ void PlayerAppDelegate::screensChanged()
     qCInfo(lcPlayer, "Screens changed: %d screen(s)", int(QGuiApplication::screens().size()));
 }
 
-void PlayerAppDelegate::setPointerHidden(bool hidden)
-{
-    if (hidden == m_pointerHidden)
-        return;
-    m_pointerHidden = hidden;
-    if (hidden)
-        QGuiApplication::setOverrideCursor(QCursor(Qt::BlankCursor));
-    else
-        QGuiApplication::restoreOverrideCursor();
-}
-
 bool PlayerAppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
@@ -367,7 +356,7 @@ bool PlayerAppDelegate::eventFilter(QObject *watched, QEvent *event)
     }
     case QEvent::MouseMove:
         if (m_holding && qobject_cast<QWindow *>(watched))
-            setPointerHidden(false);
+            m_pointer.setHidden(false);
         else if (qobject_cast<QWindow *>(watched))
             m_controls->pointerMoved(static_cast<QMouseEvent *>(event)->globalPosition());
         break;

@@ -6,6 +6,7 @@
 #include "slideshow/QtTimerScheduler.h"
 #include "slideshow/SystemClock.h"
 #include "views/KeyActionRouter.h"
+#include "views/PointerVisibility.h"
 #include "views/ScreenWindows.h"
 
 #include <QList>
@@ -62,7 +63,6 @@ private:
     void startPlayback(std::shared_ptr<OpenedBundle> bundle);
     void setUpSlides(const OpenedBundle &bundle);
     void screensChanged();
-    void setPointerHidden(bool hidden);
     void bringForward();
     void firstPhotoPresented();
 
@@ -85,7 +85,7 @@ private:
     QString m_holdingName;
     QUrl m_holdingLogo;
     bool m_holding = false;
-    bool m_pointerHidden = false;
+    PointerVisibility m_pointer;
     bool m_anyPresented = false;
     bool m_quitting = false;
 };

@@ -70,7 +70,7 @@ SlideshowAppDelegate::~SlideshowAppDelegate()
 {
     qApp->removeEventFilter(this);
     m_scan.cancel();
-    setPointerHidden(false);
+    m_pointer.setHidden(false);
     // The windows go before the engine they draw from.
     m_manager.reset();
 }
@@ -91,7 +91,7 @@ Preferences &SlideshowAppDelegate::runPreferences()
 void SlideshowAppDelegate::start()
 {
     qApp->installEventFilter(this);
-    setPointerHidden(true);
+    m_pointer.setHidden(true);
     MediaFolderScan::Request request;
     for (const QString &path : std::as_const(m_options.run.paths)) {
         // Said at once: the show plays what there is, but a mistyped path should not go unnoticed.
@@ -158,7 +158,7 @@ void SlideshowAppDelegate::windowsOpened(const QList<QUuid> &ids)
         new TransitionFrameWatcher(window->window(), viewModel, m_clock, window->window());
         connect(viewModel, &SlideshowViewModel::showControlsChanged, this, [this, viewModel] {
             if (!viewModel->showControls())
-                setPointerHidden(true);
+                m_pointer.setHidden(true);
         });
     }
 }
@@ -182,19 +182,8 @@ void SlideshowAppDelegate::confirmTrash(const ImageItem &item, std::function<voi
 bool SlideshowAppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::MouseMove && qobject_cast<QWindow *>(watched))
-        setPointerHidden(false);
+        m_pointer.setHidden(false);
     return QObject::eventFilter(watched, event);
-}
-
-void SlideshowAppDelegate::setPointerHidden(bool hidden)
-{
-    if (hidden == m_pointerHidden)
-        return;
-    m_pointerHidden = hidden;
-    if (hidden)
-        QGuiApplication::setOverrideCursor(QCursor(Qt::BlankCursor));
-    else
-        QGuiApplication::restoreOverrideCursor();
 }
 
 void SlideshowAppDelegate::fail(const QString &message)

@@ -10,6 +10,7 @@
 #include "slideshow/QtTimerScheduler.h"
 #include "slideshow/SlideshowSettings.h"
 #include "slideshow/SystemClock.h"
+#include "views/PointerVisibility.h"
 
 #include <QList>
 #include <QObject>
@@ -59,7 +60,6 @@ private:
     void windowsOpened(const QList<QUuid> &ids);
     void screenArrived();
     void confirmTrash(const ImageItem &item, std::function<void(bool)> answer);
-    void setPointerHidden(bool hidden);
     void fail(const QString &message);
 
     Options m_options;
@@ -79,7 +79,7 @@ private:
     QList<ImageItem> m_items;
     QList<TransitionFrameWatcher *> m_watchers;
     bool m_launched = false;
-    bool m_pointerHidden = false;
+    PointerVisibility m_pointer;
 };
 
 } // namespace sorvane
