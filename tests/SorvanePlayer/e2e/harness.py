@@ -3,6 +3,7 @@ its windows, screenshots of every screen and its exit code.
 
 Standard library only, so the suite runs wherever the player builds."""
 
+import argparse
 import hashlib
 import json
 import os
@@ -11,7 +12,9 @@ import select
 import shutil
 import signal
 import subprocess
+import sys
 import time
+import unittest
 
 REQUIRED_TOOLS = ("Xvfb", "xdotool", "import")
 # Display numbers this suite may take; other suites use other numbers.
@@ -23,6 +26,21 @@ SHOWING = r"^Showing item (\S+) \((\w+)\), (\d+) of (\d+)$"
 
 class WaitTimeout(AssertionError):
     """A condition the test waited for never came: a test failure, not an error."""
+
+
+def run_suite(name, module, set_bin):
+    """The command line of an end-to-end suite: --bin names the build's bin folder; 77 (skipped)
+    when a tool the suite drives is missing, else 0 or 1."""
+    parser = argparse.ArgumentParser(add_help=False)
+    parser.add_argument("--bin", required=True, help="the build's bin folder")
+    options, rest = parser.parse_known_args()
+    set_bin(os.path.abspath(options.bin))
+    missing = [tool for tool in REQUIRED_TOOLS if shutil.which(tool) is None]
+    if missing:
+        print(f"{name}: skipped, missing {', '.join(missing)}", file=sys.stderr)
+        return 77
+    program = unittest.main(module=module, argv=[sys.argv[0], *rest], exit=False, verbosity=2)
+    return 0 if program.result.wasSuccessful() else 1
 
 
 def wait_until(predicate, timeout, what, interval=0.05, detail=None):

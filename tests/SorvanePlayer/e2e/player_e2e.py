@@ -6,7 +6,6 @@ server, driven with xdotool and judged by its log, its windows and screenshots.
 Exits 77 (skipped) when Xvfb, xdotool or ImageMagick's import is missing.
 """
 
-import argparse
 import hashlib
 import json
 import os
@@ -24,7 +23,6 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import harness  # noqa: E402
 from harness import SHOWING, TWO_SCREENS, ONE_SCREEN, Bundle, wait_until  # noqa: E402
 
-SKIPPED = 77
 INTERVAL = 2.0  # the bundles' --interval
 # Slack on top of the interval for an advance to reach the log on a busy 2-core machine.
 SLACK = 3.0
@@ -493,18 +491,13 @@ class ScreensTest(PlayerTestCase):
         self.assert_quits(player, "Escape", x=x)
 
 
-def main():
+def set_bin(folder):
     global BIN
-    parser = argparse.ArgumentParser(add_help=False)
-    parser.add_argument("--bin", required=True, help="the build's bin folder")
-    options, rest = parser.parse_known_args()
-    BIN = os.path.abspath(options.bin)
-    missing = [tool for tool in harness.REQUIRED_TOOLS if shutil.which(tool) is None]
-    if missing:
-        print(f"player_e2e: skipped, missing {', '.join(missing)}", file=sys.stderr)
-        return SKIPPED
-    program = unittest.main(module=__name__, argv=[sys.argv[0], *rest], exit=False, verbosity=2)
-    return 0 if program.result.wasSuccessful() else 1
+    BIN = folder
+
+
+def main():
+    return harness.run_suite("player_e2e", __name__, set_bin)
 
 
 if __name__ == "__main__":

@@ -7,7 +7,6 @@ and exit code.
 Exits 77 (skipped) when Xvfb, xdotool or ImageMagick's import is missing.
 """
 
-import argparse
 import json
 import os
 import shutil
@@ -21,7 +20,6 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 import harness  # noqa: E402
 from harness import TWO_SCREENS, wait_until  # noqa: E402
 
-SKIPPED = 77
 WINDOW_TITLE = "Sorvane Slideshow"
 # This suite's display numbers, apart from the player's.
 DISPLAY_NUMBERS = range(140, 170)
@@ -222,18 +220,13 @@ class WrongUse(SlideshowTestCase):
         self.assertEqual(x.visible_windows(), [])
 
 
-def main():
+def set_bin(folder):
     global BIN
-    parser = argparse.ArgumentParser(add_help=False)
-    parser.add_argument("--bin", required=True, help="the build's bin folder")
-    options, rest = parser.parse_known_args()
-    BIN = os.path.abspath(options.bin)
-    missing = [tool for tool in harness.REQUIRED_TOOLS if shutil.which(tool) is None]
-    if missing:
-        print(f"slideshow_e2e: skipped, missing {', '.join(missing)}", file=sys.stderr)
-        return SKIPPED
-    program = unittest.main(module=__name__, argv=[sys.argv[0], *rest], exit=False, verbosity=2)
-    return 0 if program.result.wasSuccessful() else 1
+    BIN = folder
+
+
+def main():
+    return harness.run_suite("slideshow_e2e", __name__, set_bin)
 
 
 if __name__ == "__main__":
