@@ -1,12 +1,23 @@
 import QtQuick
 import Sorvane.Views
 
-// A short tip for a show on several screens: each screen plays on its own until the scope
-// button links them or mirrors one photo everywhere. The host keeps the "seen" flag.
+// A short tip for a show on several screens: what the screens do now, and that the scope
+// button changes it. The host keeps the "seen" flag.
 Rectangle {
     id: tip
 
     property real unit: 1
+    property int scope: Slideshow.ControlScope.FocusedOnly
+    readonly property string explanation: {
+        switch (scope) {
+        case Slideshow.ControlScope.All:
+            return "The screens move together and never show the same photo at once. Use the scope button in the controls to let each screen run its own show, or to mirror one photo on all of them."
+        case Slideshow.ControlScope.Mirrored:
+            return "Every screen shows the same photo. Use the scope button in the controls to give each screen its own photos, linked or each running its own show."
+        default:
+            return "Each screen runs its own show. Use the scope button in the controls to link the screens so they move together, or to mirror one photo on all of them."
+        }
+    }
 
     signal dismissed()
 
@@ -49,7 +60,7 @@ Rectangle {
             Text {
                 width: parent.width
                 wrapMode: Text.WordWrap
-                text: "Each screen runs its own show. Use the scope button in the controls to link the screens so they move together, or to mirror one photo on all of them."
+                text: tip.explanation
                 color: "#AEAEB2"
                 font.pixelSize: Math.round(13 * tip.unit)
                 lineHeight: 1.1

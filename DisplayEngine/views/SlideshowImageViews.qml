@@ -46,6 +46,17 @@ Item {
         muted: root.muted
     }
 
+    // Holds the next still decoded in the image cache (the layers ask for the same source
+    // and size) until its transition starts.
+    Image {
+        visible: false
+        asynchronous: true
+        cache: true
+        sourceSize: Qt.size(Math.ceil(root.width * Screen.devicePixelRatio), Math.ceil(root.height * Screen.devicePixelRatio))
+        source: !root.isCollage && shared.upcomingStill.toString().length > 0
+            ? SlideSource.imageUrl(shared.upcomingStill, shared.scaling, shared.filter) : ""
+    }
+
     SlideshowGestures {
         objectName: "gestures"
         anchors.fill: parent

@@ -82,6 +82,7 @@ Item {
         anchors.top: parent.top
         anchors.margins: overlays.margin
         unit: overlays.unit
+        scope: overlays.manager ? overlays.manager.globalSettings.controlScope : Slideshow.ControlScope.FocusedOnly
         onDismissed: overlays.multiMonitorTipDismissed()
     }
 

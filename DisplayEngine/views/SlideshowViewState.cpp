@@ -7,6 +7,8 @@
 #include "slideshow/SlideshowHotkeyOverlay.h"
 #include "slideshow/SlideshowManager.h"
 
+#include <algorithm>
+
 namespace sorvane {
 
 namespace {
@@ -52,6 +54,7 @@ void SlideshowViewState::setViewModel(SlideshowViewModel *viewModel)
     Q_EMIT viewModelChanged();
     Q_EMIT primarySlideChanged();
     Q_EMIT secondarySlideChanged();
+    Q_EMIT upcomingStillChanged();
     Q_EMIT settingsChanged();
     Q_EMIT filterChanged();
     Q_EMIT fileNameLineChanged();
@@ -73,6 +76,8 @@ void SlideshowViewState::connectModel()
     relay(&M::imageFilterChanged, &SlideshowViewState::filterChanged);
     relay(&M::currentIndexChanged, &SlideshowViewState::fileNameLineChanged);
     relay(&M::imagesChanged, &SlideshowViewState::fileNameLineChanged);
+    relay(&M::currentIndexChanged, &SlideshowViewState::upcomingStillChanged);
+    relay(&M::imagesChanged, &SlideshowViewState::upcomingStillChanged);
     relay(&M::displayModeChanged, &SlideshowViewState::collageWallChanged);
     m_connections.append(connect(model, &QObject::destroyed, this, [this] { setViewModel(nullptr); }));
     if (SlideshowManager *manager = model->manager()) {
@@ -89,6 +94,19 @@ QVariant SlideshowViewState::primarySlide() const
 QVariant SlideshowViewState::secondarySlide() const
 {
     return m_viewModel ? slideOf(m_viewModel->secondaryImage()) : QVariant();
+}
+
+QUrl SlideshowViewState::upcomingStill() const
+{
+    if (!m_viewModel)
+        return {};
+    const QList<ImageItem> &images = m_viewModel->images();
+    if (images.size() < 2)
+        return {};
+    const ImageItem &next = images.at((std::max(m_viewModel->currentIndex(), 0) + 1) % images.size());
+    if (next.mediaType() == MediaType::video || next.isAnimated())
+        return {};
+    return next.url();
 }
 
 QString SlideshowViewState::scaling() const

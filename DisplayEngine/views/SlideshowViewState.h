@@ -8,6 +8,7 @@
 #include <QMetaObject>
 #include <QObject>
 #include <QPointer>
+#include <QUrl>
 #include <QVariant>
 #include <QtQml/qqmlregistration.h>
 
@@ -25,6 +26,9 @@ class SlideshowViewState : public QObject {
     // {source, posterSource, isVideo, isAnimated, serial, id} or null when the layer is empty.
     Q_PROPERTY(QVariant primarySlide READ primarySlide NOTIFY primarySlideChanged)
     Q_PROPERTY(QVariant secondarySlide READ secondarySlide NOTIFY secondarySlideChanged)
+    // The still one step ahead, decoded early so that its transition never starts on an
+    // empty layer; empty when that item is a video or an animation, or there is none.
+    Q_PROPERTY(QUrl upcomingStill READ upcomingStill NOTIFY upcomingStillChanged)
     // Wire values of SlideSource: "fit_to_screen", ...; "none", "sepia", ...
     Q_PROPERTY(QString scaling READ scaling NOTIFY settingsChanged)
     Q_PROPERTY(QString filter READ filter NOTIFY filterChanged)
@@ -54,6 +58,7 @@ public:
 
     QVariant primarySlide() const;
     QVariant secondarySlide() const;
+    QUrl upcomingStill() const;
     QString scaling() const;
     QString filter() const;
     QColor backgroundColor() const;
@@ -84,6 +89,7 @@ Q_SIGNALS:
     void viewModelChanged();
     void primarySlideChanged();
     void secondarySlideChanged();
+    void upcomingStillChanged();
     void settingsChanged();
     void filterChanged();
     void fileNameLineChanged();

@@ -147,6 +147,19 @@ void SlideshowAppDelegate::launch()
     }
 }
 
+// Screenshots on a virtual display with software rendering would only ever show cross-fades;
+// SORVANE_TRANSITION_BUDGET=off keeps every style whatever the frame times.
+bool SlideshowAppDelegate::transitionBudgetOn()
+{
+    static const bool on = [] {
+        const bool off = qEnvironmentVariable("SORVANE_TRANSITION_BUDGET") == QLatin1String("off");
+        if (off)
+            qCInfo(lcSlideshow, "The transition frame budget is off (SORVANE_TRANSITION_BUDGET=off)");
+        return !off;
+    }();
+    return on;
+}
+
 void SlideshowAppDelegate::windowsOpened(const QList<QUuid> &ids)
 {
     for (const QUuid &id : ids) {
@@ -155,7 +168,8 @@ void SlideshowAppDelegate::windowsOpened(const QList<QUuid> &ids)
         if (!viewModel || !window)
             continue;
         // Parented to the window: it goes when the window goes.
-        new TransitionFrameWatcher(window->window(), viewModel, m_clock, window->window());
+        if (transitionBudgetOn())
+            new TransitionFrameWatcher(window->window(), viewModel, m_clock, window->window());
         connect(viewModel, &SlideshowViewModel::showControlsChanged, this, [this, viewModel] {
             if (!viewModel->showControls())
                 m_pointer.setHidden(true);

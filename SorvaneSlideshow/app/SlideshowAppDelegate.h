@@ -24,7 +24,6 @@ class DesktopHostShell;
 class DisplaySleepInhibitor;
 class InMemoryPreferences;
 class SlideshowManager;
-class TransitionFrameWatcher;
 
 // Owns one run of the slideshow application: scans what it was given, launches the show
 // on the first batch and hands later batches to every window, answers the host services
@@ -58,6 +57,7 @@ private:
     void scanFinished(const MediaFolderScanCounts &counts);
     void launch();
     void windowsOpened(const QList<QUuid> &ids);
+    static bool transitionBudgetOn();
     void screenArrived();
     void confirmTrash(const ImageItem &item, std::function<void(bool)> answer);
     void fail(const QString &message);
@@ -77,7 +77,6 @@ private:
     MediaFolderScan m_scan;
     SlideshowSettings m_settings;
     QList<ImageItem> m_items;
-    QList<TransitionFrameWatcher *> m_watchers;
     bool m_launched = false;
     PointerVisibility m_pointer;
 };

@@ -8,6 +8,9 @@ std::optional<SlideshowAction> SlideshowKeyRoute::actionFor(const KeyBindings &b
         return bound;
     if (pressed.key == QLatin1String("escape"))
         return SlideshowAction::exit;
+    // The collage intro tells people to press "?"; it is typed with Shift on most layouts.
+    if (pressed.key == QLatin1String("?"))
+        return SlideshowAction::showHelp;
     return std::nullopt;
 }
 

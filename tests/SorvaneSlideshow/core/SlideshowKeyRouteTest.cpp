@@ -24,6 +24,8 @@ TEST(SlideshowKeyRoute, readsTheWindowsBindingsAndKeepsEscapeAsAWayOut)
     const QList<Case> cases {
         {"arrow steps", defaults, {QString(QChar(0x2192)), 0}, A::nextImage},
         {"slash asks for the shortcut card", defaults, {QStringLiteral("/"), 0}, A::showHelp},
+        {"so does the question mark, typed with shift", defaults, {QStringLiteral("?"), KeyBinding::shift},
+            A::showHelp},
         {"the modifier tells f from Ctrl+F", defaults, {QStringLiteral("f"), 0}, A::cycleImageFilter},
         {"Ctrl+F is full screen", defaults, {QStringLiteral("f"), command}, A::toggleFullScreen},
         {"escape is exit", defaults, {QStringLiteral("escape"), 0}, A::exit},
