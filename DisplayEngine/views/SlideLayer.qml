@@ -40,6 +40,14 @@ Item {
 
     clip: true
 
+    readonly property int filterShaderMode: ({"black_and_white": 1, "sepia": 2, "vintage": 3})[filter] || 0
+    layer.enabled: SlideSource.filtersOnGpu && filterShaderMode !== 0 && hasSlide
+    layer.smooth: true
+    layer.effect: ShaderEffect {
+        readonly property int mode: slideLayer.filterShaderMode
+        fragmentShader: "qrc:/qt/qml/Sorvane/Views/shaders/imagefilter.frag.qsb"
+    }
+
     onAnimationRefusalChanged: {
         if (animationRefusal.length > 0) {
             const reason = "the animation is too large: " + animationRefusal

@@ -5,9 +5,15 @@
 #include "views/SlideImageProvider.h"
 #include "views/ViewsLog.h"
 
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+
 namespace sorvane {
 
-SlideSource::SlideSource(QObject *parent) : QObject(parent) { }
+SlideSource::SlideSource(QObject *parent)
+    : QObject(parent), m_filtersOnGpu(QSGRendererInterface::isApiRhiBased(QQuickWindow::graphicsApi()))
+{
+}
 
 QString SlideSource::imageUrl(const QUrl &fileUrl, const QString &scalingRaw, const QString &filterRaw) const
 {
@@ -21,7 +27,7 @@ QString SlideSource::imageUrl(const QUrl &fileUrl, const QString &scalingRaw, co
         return {};
     }
     return QStringLiteral("image://") + SlideImageProvider::kProviderName + u'/'
-        + SlideImageProvider::imageId(fileUrl.toLocalFile(), *scaling, *filter);
+        + SlideImageProvider::imageId(fileUrl.toLocalFile(), *scaling, m_filtersOnGpu ? ImageFilter::none : *filter);
 }
 
 QString SlideSource::animationRefusal(const QUrl &fileUrl) const
