@@ -1,6 +1,7 @@
 // SorvaneSlideshow: plays the photos and videos of the folders and files it is given,
 // full screen on one display or on every display.
 #include "app/SlideshowAppDelegate.h"
+#include "app/VipsSlideDecoding.h"
 #include "core/SlideshowCommandLine.h"
 #include "core/SlideshowLog.h"
 #include "platform/DbusScreenSaverInhibitor.h"
@@ -38,6 +39,7 @@ int main(int argc, char *argv[])
         return sorvane::SlideshowCommandLine::usageExitCode;
     }
 
+    sorvane::VipsSlideDecoding::install();
     sorvane::SlideshowAppDelegate::Options options;
     options.run = std::get<sorvane::SlideshowRunOptions>(parsed);
     options.inhibitor

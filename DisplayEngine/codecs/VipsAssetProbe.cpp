@@ -1,6 +1,7 @@
 #include "codecs/VipsAssetProbe.h"
 
 #include "EngineLog.h"
+#include "codecs/VipsImageRef.h"
 #include "codecs/VipsRuntime.h"
 
 #include <QFile>
@@ -12,25 +13,16 @@ namespace sorvane {
 
 namespace {
 
-struct ImageRef {
-    VipsImage *image = nullptr;
-    ~ImageRef()
-    {
-        if (image)
-            g_object_unref(image);
-    }
-};
-
 // Makes a 64-pixel thumbnail and forces every pixel of it to be computed.
 bool decodesAsThumbnail(const QByteArray &path, VipsFailOn failOn)
 {
-    ImageRef thumb;
-    if (vips_thumbnail(path.constData(), &thumb.image, 64, "fail_on", failOn, nullptr) != 0)
+    VipsImageRef thumb;
+    if (vips_thumbnail(path.constData(), thumb.out(), 64, "fail_on", failOn, nullptr) != 0)
         return false;
-    if (thumb.image->Xsize < 1 || thumb.image->Ysize < 1)
+    if (thumb->Xsize < 1 || thumb->Ysize < 1)
         return false;
     size_t size = 0;
-    void *pixels = vips_image_write_to_memory(thumb.image, &size);
+    void *pixels = vips_image_write_to_memory(thumb.get(), &size);
     if (!pixels)
         return false;
     g_free(pixels);
@@ -73,9 +65,8 @@ std::optional<BundleProbeResult> VipsAssetProbe::probe(const QString &filePath) 
         qCInfo(lcEngine, "Decode probe: %s is not an image at all", name.constData());
         return std::nullopt;
     }
-    ImageRef header;
-    header.image = vips_image_new_from_file(path.constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
-    if (!header.image || header.image->Xsize < 1 || header.image->Ysize < 1) {
+    VipsImageRef header(vips_image_new_from_file(path.constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
+    if (!header || header->Xsize < 1 || header->Ysize < 1) {
         VipsRuntime::takeError();
         // Only now is it worth asking whether any loader recognises the file at all.
         if (!vips_foreign_find_load(path.constData()))
@@ -86,8 +77,8 @@ std::optional<BundleProbeResult> VipsAssetProbe::probe(const QString &filePath) 
         return std::nullopt;
     }
     BundleProbeResult result;
-    result.width = header.image->Xsize;
-    result.height = header.image->Ysize;
+    result.width = header->Xsize;
+    result.height = header->Ysize;
     result.bytes = QFileInfo(filePath).size();
     if (result.width * result.height > maxPixels) {
         qCInfo(lcEngine, "Decode probe: %s would not decode", name.constData());

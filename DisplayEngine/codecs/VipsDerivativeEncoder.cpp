@@ -2,6 +2,7 @@
 
 #include "EngineLog.h"
 #include "codecs/VipsAssetProbe.h"
+#include "codecs/VipsDecodeSteps.h"
 #include "codecs/VipsRuntime.h"
 
 #include <QDir>
@@ -18,50 +19,6 @@ namespace sorvane {
 
 namespace {
 
-// One reference to a libvips image, released on scope exit.
-class ImageRef {
-public:
-    ImageRef() = default;
-    explicit ImageRef(VipsImage *image) : m_image(image) { }
-    ~ImageRef() { reset(); }
-    ImageRef(const ImageRef &) = delete;
-    ImageRef &operator=(const ImageRef &) = delete;
-    ImageRef(ImageRef &&other) noexcept : m_image(std::exchange(other.m_image, nullptr)) { }
-    ImageRef &operator=(ImageRef &&other) noexcept
-    {
-        if (this != &other) {
-            reset();
-            m_image = std::exchange(other.m_image, nullptr);
-        }
-        return *this;
-    }
-
-    static ImageRef share(VipsImage *image)
-    {
-        g_object_ref(image);
-        return ImageRef(image);
-    }
-
-    VipsImage *get() const { return m_image; }
-    VipsImage *operator->() const { return m_image; }
-    explicit operator bool() const { return m_image != nullptr; }
-    // For libvips' output parameters.
-    VipsImage **out()
-    {
-        reset();
-        return &m_image;
-    }
-    void reset()
-    {
-        if (m_image)
-            g_object_unref(m_image);
-        m_image = nullptr;
-    }
-
-private:
-    VipsImage *m_image = nullptr;
-};
-
 struct SavedBuffer {
     void *data = nullptr;
     size_t size = 0;
@@ -73,30 +30,6 @@ enum class Container { jpeg, png };
 const char *extensionOf(Container container)
 {
     return container == Container::png ? ".png" : ".jpg";
-}
-
-// libvips keeps one error buffer for the whole process; its text is the best description there is.
-QString vipsError(const char *fallback)
-{
-    QString text = QString::fromUtf8(VipsRuntime::takeError()).trimmed();
-    text.replace(QLatin1Char('\n'), QLatin1String("; "));
-    return text.isEmpty() ? QString::fromLatin1(fallback) : text;
-}
-
-// Header only: no pixel is decoded here.
-ImageRef openHeader(const QByteArray &path)
-{
-    ImageRef header(vips_image_new_from_file(path.constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
-    if (!header || header->Xsize < 1 || header->Ysize < 1) {
-        VipsRuntime::takeError();
-        return {};
-    }
-    return header;
-}
-
-bool withinPixelLimit(const VipsImage *header)
-{
-    return qint64(header->Xsize) * header->Ysize <= VipsAssetProbe::maxPixels;
 }
 
 QString tooLargeText(const VipsImage *header)
@@ -115,62 +48,12 @@ bool isAnimationFormat(VipsImage *header)
     return vips_isprefix("gifload", loader) || vips_isprefix("webpload", loader);
 }
 
-// Whether pixels must go through the file's ICC profile to become sRGB. A
-// profile that lcms cannot read or that does not fit the pixels (an RGB profile
-// on a grey image) would fail the decode, so such an image is taken as sRGB.
-// CMYK is left out: libvips' CMYK to sRGB conversion already uses the embedded
-// profile, and exporting again would apply it to pixels that are no longer CMYK.
-bool needsProfileTransform(VipsImage *header)
-{
-    if (header->Type == VIPS_INTERPRETATION_CMYK || !vips_icc_present()
-        || !vips_image_get_typeof(header, VIPS_META_ICC_NAME))
-        return false;
-    const void *profile = nullptr;
-    size_t length = 0;
-    const bool usable = vips_image_get_blob(header, VIPS_META_ICC_NAME, &profile, &length) == 0
-        && vips_icc_is_compatible_profile(header, profile, length);
-    if (!usable)
-        VipsRuntime::takeError(); // lcms' complaint is not this encode's error
-    return usable;
-}
-
-// The first frame, upright, shrunk (never enlarged) to fit `longEdge`. With a
-// usable ICC profile the pixels go through it to sRGB; without one they are
-// taken to be sRGB already, as every viewer does.
-//
-// Truncation fails the decode: it would otherwise leave a grey band across the
-// photo. Recoverable damage (stray bytes, a bad CRC in an ancillary chunk) does
-// not, because viewers show such files and the probe has accepted them.
-ImageRef startThumbnail(const QByteArray &path, int longEdge, bool viaProfile)
-{
-    ImageRef thumb;
-    const int failed = viaProfile ? vips_thumbnail(path.constData(), thumb.out(), longEdge, "height", longEdge, "size",
-                           VIPS_SIZE_DOWN, "fail_on", VIPS_FAIL_ON_TRUNCATED, "export_profile", "srgb", nullptr)
-                                  : vips_thumbnail(path.constData(), thumb.out(), longEdge, "height", longEdge, "size",
-                                      VIPS_SIZE_DOWN, "fail_on", VIPS_FAIL_ON_TRUNCATED, nullptr);
-    if (failed)
-        return {};
-    return thumb;
-}
-
-// Brings what the thumbnail produced (grey, 16-bit) to 8-bit sRGB. Bands beyond
-// RGB and alpha are left to the savers, which drop them.
-ImageRef toSrgb(VipsImage *in)
-{
-    if (in->Type == VIPS_INTERPRETATION_sRGB)
-        return ImageRef::share(in);
-    ImageRef out;
-    if (vips_colourspace(in, out.out(), VIPS_INTERPRETATION_sRGB, nullptr) != 0)
-        return {};
-    return out;
-}
-
 // `image` reduced to fit `longEdge`; the image itself when it already fits.
-ImageRef fitted(VipsImage *image, int longEdge)
+VipsImageRef fitted(VipsImage *image, int longEdge)
 {
     if (std::max(image->Xsize, image->Ysize) <= longEdge)
-        return ImageRef::share(image);
-    ImageRef out;
+        return VipsImageRef::share(image);
+    VipsImageRef out;
     // The pixels are upright already; a stale tag must not turn them again.
     if (vips_thumbnail_image(
             image, out.out(), longEdge, "height", longEdge, "size", VIPS_SIZE_DOWN, "no_rotate", TRUE, nullptr)
@@ -230,15 +113,15 @@ BundleDerivativeResult writeTiers(VipsImage *upright, Container container, const
 {
     BundleDerivativeResult result;
     for (const BundleTierTarget &tier : tiers) {
-        const ImageRef sized = fitted(upright, tier.longEdge);
+        const VipsImageRef sized = fitted(upright, tier.longEdge);
         if (!sized) {
             qCWarning(lcWriter, "Derivative failed for %s: no thumbnail", logName.constData());
-            return failure(vipsError("no thumbnail"), result.files);
+            return failure(VipsDecodeSteps::error("no thumbnail"), result.files);
         }
         SavedBuffer buffer;
         if (!saveToBuffer(sized.get(), container, buffer)) {
             qCWarning(lcWriter, "Derivative write failed for %s", logName.constData());
-            return failure(vipsError("could not encode the image"), result.files);
+            return failure(VipsDecodeSteps::error("could not encode the image"), result.files);
         }
         const QString path = QDir(tier.directory).filePath(baseName + QLatin1String(extensionOf(container)));
         if (const auto error = writeAtomically(path, buffer)) {
@@ -275,8 +158,8 @@ std::optional<BundleImageInfo> VipsDerivativeEncoder::inspect(const QString &sou
 {
     if (!VipsRuntime::ensureStarted())
         return std::nullopt;
-    const ImageRef header = openHeader(QFile::encodeName(source));
-    if (!header || !withinPixelLimit(header.get()))
+    const VipsImageRef header = VipsDecodeSteps::openHeader(QFile::encodeName(source));
+    if (!header || !VipsDecodeSteps::withinPixelLimit(header.get()))
         return std::nullopt;
 
     BundleImageInfo info;
@@ -304,24 +187,25 @@ BundleDerivativeResult VipsDerivativeEncoder::encode(
     const QByteArray path = QFile::encodeName(source);
     bool viaProfile = false;
     {
-        const ImageRef header = openHeader(path);
+        const VipsImageRef header = VipsDecodeSteps::openHeader(path);
         if (!header)
             return notDecodable(logName, QStringLiteral("not decodable"));
-        if (!withinPixelLimit(header.get()))
+        if (!VipsDecodeSteps::withinPixelLimit(header.get()))
             return notDecodable(logName, tooLargeText(header.get()));
-        viaProfile = needsProfileTransform(header.get());
+        viaProfile = VipsDecodeSteps::needsProfileTransform(header.get());
     }
 
     // The one decode: the largest tier, straight from the file, kept in memory
     // (at most a few tens of megabytes) for the smaller tiers.
-    ImageRef upright;
-    if (const ImageRef thumb = startThumbnail(path, largestEdge(tiers), viaProfile)) {
-        if (const ImageRef srgb = toSrgb(thumb.get()))
-            upright = ImageRef(vips_image_copy_memory(srgb.get()));
+    VipsImageRef upright;
+    if (const VipsImageRef thumb
+        = VipsDecodeSteps::startThumbnail(path, largestEdge(tiers), largestEdge(tiers), viaProfile)) {
+        if (const VipsImageRef srgb = VipsDecodeSteps::toSrgb(thumb.get()))
+            upright = VipsImageRef(vips_image_copy_memory(srgb.get()));
     }
     if (!upright) {
         qCWarning(lcWriter, "Derivative failed for %s: no thumbnail", logName.constData());
-        return failure(vipsError("no thumbnail"), {});
+        return failure(VipsDecodeSteps::error("no thumbnail"), {});
     }
     const Container container = vips_image_hasalpha(upright.get()) ? Container::png : Container::jpeg;
     return writeTiers(upright.get(), container, tiers, baseName, logName);
@@ -347,12 +231,12 @@ BundleDerivativeResult VipsDerivativeEncoder::encode(
     if (!VipsRuntime::ensureStarted())
         return notDecodable(logName, QStringLiteral("not decodable: libvips did not start"));
 
-    ImageRef pixels(vips_image_new_from_memory_copy(
+    VipsImageRef pixels(vips_image_new_from_memory_copy(
         image.rgb.constData(), size_t(image.rgb.size()), image.width, image.height, 3, VIPS_FORMAT_UCHAR));
-    ImageRef srgb;
+    VipsImageRef srgb;
     if (!pixels || vips_copy(pixels.get(), srgb.out(), "interpretation", VIPS_INTERPRETATION_sRGB, nullptr) != 0) {
         qCWarning(lcWriter, "Derivative failed for %s: no thumbnail", logName.constData());
-        return failure(vipsError("no thumbnail"), {});
+        return failure(VipsDecodeSteps::error("no thumbnail"), {});
     }
     return writeTiers(srgb.get(), Container::jpeg, tiers, baseName, logName);
 }
@@ -371,24 +255,24 @@ std::optional<QString> VipsDerivativeEncoder::writePng(const QString &source, co
     int longEdge = 0;
     bool viaProfile = false;
     {
-        const ImageRef header = openHeader(path);
+        const VipsImageRef header = VipsDecodeSteps::openHeader(path);
         if (!header)
             return notDecodableText(QStringLiteral("not decodable"));
-        if (!withinPixelLimit(header.get()))
+        if (!VipsDecodeSteps::withinPixelLimit(header.get()))
             return notDecodableText(tooLargeText(header.get()));
         longEdge = std::max(header->Xsize, header->Ysize);
-        viaProfile = needsProfileTransform(header.get());
+        viaProfile = VipsDecodeSteps::needsProfileTransform(header.get());
     }
 
     // Full size: a thumbnail to the image's own long edge is the image, upright and in sRGB.
-    ImageRef srgb;
-    if (const ImageRef thumb = startThumbnail(path, longEdge, viaProfile))
-        srgb = toSrgb(thumb.get());
+    VipsImageRef srgb;
+    if (const VipsImageRef thumb = VipsDecodeSteps::startThumbnail(path, longEdge, longEdge, viaProfile))
+        srgb = VipsDecodeSteps::toSrgb(thumb.get());
     SavedBuffer buffer;
     if (!srgb || !saveToBuffer(srgb.get(), Container::png, buffer)) {
         // Pixels are decoded while the PNG is made, so this is where a damaged file shows.
         qCWarning(lcWriter, "Derivative failed for %s: no thumbnail", logName.constData());
-        return vipsError("no thumbnail");
+        return VipsDecodeSteps::error("no thumbnail");
     }
     if (auto error = writeAtomically(destination, buffer)) {
         qCWarning(lcWriter, "Derivative write failed for %s", logName.constData());

@@ -102,7 +102,29 @@ qint64 jpegCoefficientBytes(const QString &path, QSize size)
     return unknown;
 }
 
+SlideImageDecoder::OtherFormats &otherFormats()
+{
+    static SlideImageDecoder::OtherFormats decoder;
+    return decoder;
+}
+
+// The filter and the memory check every decoded picture gets, whoever decoded it.
+SlideDecodeResult finished(SlideDecodeResult result, ImageFilter filter)
+{
+    if (!result.ok())
+        return result;
+    ImageFilterEffect::apply(result.image, filter);
+    if (result.image.isNull())
+        result.error = QStringLiteral("not enough memory to show the image");
+    return result;
+}
+
 } // namespace
+
+void SlideImageDecoder::setOtherFormats(OtherFormats decoder)
+{
+    otherFormats() = std::move(decoder);
+}
 
 QSize SlideImageDecoder::decodedSize(QSize source, QSize target, ImageScalingMode scaling)
 {
@@ -143,6 +165,10 @@ SlideDecodeResult SlideImageDecoder::decode(const SlideDecodeRequest &request)
     const QSize stored = reader.size();
     const bool sizeKnown = stored != QSize();
     const QByteArray format = reader.format();
+    if (format.isEmpty() && otherFormats()) {
+        if (std::optional<SlideDecodeResult> other = otherFormats()(request))
+            return finished(std::move(*other), request.filter);
+    }
     if (!format.isEmpty() && !isSlideFormat(format)) {
         result.error = QStringLiteral("unsupported image format: %1").arg(QString::fromLatin1(format));
         return result;
@@ -194,13 +220,8 @@ SlideDecodeResult SlideImageDecoder::decode(const SlideDecodeRequest &request)
             image = image.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
 
-    ImageFilterEffect::apply(image, request.filter);
-    if (image.isNull()) {
-        result.error = QStringLiteral("not enough memory to show the image");
-        return result;
-    }
     result.image = std::move(image);
-    return result;
+    return finished(std::move(result), request.filter);
 }
 
 } // namespace sorvane

@@ -5,6 +5,9 @@
 
 #include <QSize>
 
+#include <functional>
+#include <optional>
+
 namespace sorvane {
 
 // Decodes one slide for display: upright (EXIF orientation), no larger than its scaling mode
@@ -18,6 +21,12 @@ public:
     static constexpr qint64 kMaxSourcePixels = qint64(1) << 28;
 
     static SlideDecodeResult decode(const SlideDecodeRequest &request);
+
+    // Another decoder for files Qt does not recognise (formats only a codec library reads
+    // here); it answers nothing for files it does not take either. Set once, before the first
+    // decode; applications without one show such files as undecodable.
+    using OtherFormats = std::function<std::optional<SlideDecodeResult>(const SlideDecodeRequest &)>;
+    static void setOtherFormats(OtherFormats decoder);
 
     // The size an upright picture of `source` pixels is decoded at for `target` (sides <= 0 are
     // unconstrained): fit inside or cover the target, never enlarged; actualSize keeps `source`.
