@@ -1,6 +1,5 @@
 #include "collage/CollageSlideshowSettings.h"
 #include "bundle/BundlePlaybackPreferences.h"
-#include "bundle/BundleWireValues.h"
 #include "collage/CollageLayout.h"
 #include "slideshow/InMemoryPreferences.h"
 
@@ -35,6 +34,8 @@ TEST(CollageSlideshowSettings, EachStoredValueIsReadTruncatedAndClampedOrDefault
         {"collage.defaultLayout", QStringLiteral("Scatter"), QStringLiteral("flow")}, // case-sensitive
         {"collage.defaultLayout", QStringLiteral("varied"), QStringLiteral("flow")}, // the manifest's word
         {"collage.flowWeightMode", QStringLiteral("weighted"), QStringLiteral("weighted")},
+        {"collage.flowWeightMode", QStringLiteral("Weighted"), QStringLiteral("proportional")},
+        {"collage.flowOrientation", QStringLiteral("Horizontal"), QStringLiteral("vertical")},
         {"collage.flowTilesPerChange", qint64(0), qint64(1)},
         {"collage.flowTilesPerChange", 3.9, qint64(3)}, // a fraction truncates
         {"collage.flowTilesPerChange", QStringLiteral(" 4 "), qint64(4)}, // a number as text
@@ -102,24 +103,6 @@ TEST(CollageSlideshowSettings, ABundleGivesItsLayoutAndFlowValuesOverTheViewersO
     expected.flowStaggerSwaps = true;
     expected.flowAutoCycleTiles = false;
     EXPECT_EQ(Settings::forBundle(playback, viewer), expected);
-}
-
-TEST(CollageEnums, StoredAndManifestWordsForTheVariedWallDiffer)
-{
-    // Stored settings say "collage", manifests say "varied": each reader only knows its own word.
-    EXPECT_EQ(toWire(CollageLayout::collage), QStringLiteral("varied"));
-    EXPECT_EQ(fromWire<CollageLayout>(QStringLiteral("varied")), CollageLayout::collage);
-    EXPECT_EQ(fromWire<CollageLayout>(QStringLiteral("collage")), std::nullopt);
-    for (const char *raw : {"varied", "Collage", " flow", ""})
-        EXPECT_EQ(fromRaw<CollageLayout>(QString::fromUtf8(raw)), std::nullopt) << raw;
-    EXPECT_EQ(fromRaw<FlowOrientation>(QStringLiteral("Horizontal")), std::nullopt);
-    EXPECT_EQ(fromRaw<FlowOrientation>(QStringLiteral("horizontal")), FlowOrientation::horizontal);
-    EXPECT_EQ(fromRaw<FlowWeightMode>(QStringLiteral("weighted")), FlowWeightMode::weighted);
-    EXPECT_EQ(fromRaw<FlowWeightMode>(QStringLiteral("Weighted")), std::nullopt);
-    // The menu's words.
-    EXPECT_EQ(label(CollageLayout::collage), QStringLiteral("Varied"));
-    EXPECT_EQ(
-        label(FlowOrientation::vertical) + label(FlowOrientation::horizontal), QStringLiteral("VerticalHorizontal"));
 }
 
 } // namespace

@@ -49,19 +49,4 @@ TEST(KeyBinding, StoredBindingsReadBackAndMalformedOnesDoNot)
     }
 }
 
-TEST(SlideshowHotkeyOverlay, ShowsEachMainBindingOrNotSet)
-{
-    KeyBindings bindings = defaultKeyBindings();
-    bindings.remove(toRaw(SlideshowAction::nextImage));
-    bindings.insert(toRaw(SlideshowAction::showHelp), {QStringLiteral("h"), command | KeyBinding::shift});
-    const std::vector<ShortcutRow> rows = SlideshowHotkeyOverlay::rows(bindings);
-    ASSERT_EQ(rows.size(), 8u);
-    EXPECT_EQ(rows[0], (ShortcutRow {QStringLiteral("\u2190 / Not Set"), QStringLiteral("Navigate photos")}));
-    EXPECT_EQ(rows[1], (ShortcutRow {QStringLiteral("Space"), QStringLiteral("Play/Pause")}));
-    EXPECT_EQ(rows[3], (ShortcutRow {QStringLiteral("Esc"), QStringLiteral("Exit slideshow")}));
-    EXPECT_EQ(rows[7], (ShortcutRow {QStringLiteral("Ctrl+F"), QStringLiteral("Toggle full-screen")}));
-    EXPECT_EQ(SlideshowHotkeyOverlay::footer(bindings),
-        QStringLiteral("Press **Ctrl+Shift+H** anytime for full keyboard shortcuts"));
-}
-
 } // namespace

@@ -292,7 +292,7 @@ TEST(SlideshowManager, EscapeFollowsTheEscapeBehaviour)
     }
 }
 
-TEST(SlideshowManager, LinkedWindowsAdvanceTogetherOrPhasedAndAClosedWindowLosesItsTurn)
+TEST(SlideshowManager, LinkedWindowsAdvanceTogetherOrPhasedAndAClosedWindowLosesItsTurnAndClaim)
 {
     const struct {
         SyncMode mode;
@@ -319,8 +319,12 @@ TEST(SlideshowManager, LinkedWindowsAdvanceTogetherOrPhasedAndAClosedWindowLoses
         EXPECT_EQ(h.shown(1), before[1]);
         h.time.advance(0.04);
         EXPECT_NE(h.shown(1), before[1]);
+        const QUrl closing = h.vm(2).currentItem()->url();
         h.manager.windowClosed(ids[2]);
         EXPECT_TRUE(h.manager.pendingPhasedAdvances().isEmpty());
+        EXPECT_FALSE(h.manager.imageClaimTracker().isClaimed(closing));
+        EXPECT_TRUE(h.manager.imageClaimTracker().isClaimed(h.vm(1).currentItem()->url()));
+        EXPECT_FALSE(h.windows.records[2]->closed); // it closed itself
         h.time.advance(5.0 - row.step);
         EXPECT_EQ(h.manager.pendingPhasedAdvances(), QList<QUuid> {ids[1]});
         h.manager.perform(ids[0], SlideshowAction::nextImage);
@@ -337,23 +341,6 @@ TEST(SlideshowManager, AVideoHoldsOnlyItsOwnWindow)
     const QStringList before = h.allShown();
     h.time.advance(5.0);
     EXPECT_EQ(h.allShown(), QStringList({before[0], "/photos/3.jpg", "/photos/4.jpg"}));
-}
-
-TEST(SlideshowManager, LinkedWindowsKeepToDifferentFilesAndFreeTheirClaimOnClosing)
-{
-    Harness h;
-    const QList<QUuid> ids = h.launch();
-    for (int step = 0; step < 4; ++step) {
-        h.manager.send(SlideshowCommand::nextImage);
-        const QStringList shown = h.allShown();
-        EXPECT_EQ(QSet<QString>(shown.begin(), shown.end()).size(), 3) << shown.join(' ').toStdString();
-    }
-    const QUrl closing = h.vm(1).currentItem()->url();
-    const QUrl staying = h.vm(2).currentItem()->url();
-    h.manager.windowClosed(ids[1]);
-    EXPECT_FALSE(h.manager.imageClaimTracker().isClaimed(closing));
-    EXPECT_TRUE(h.manager.imageClaimTracker().isClaimed(staying));
-    EXPECT_FALSE(h.windows.records[1]->closed); // it closed itself
 }
 
 TEST(SlideshowManager, MirrorFollowsTheLeaderAndHandsLeadershipOnWhenItCloses)

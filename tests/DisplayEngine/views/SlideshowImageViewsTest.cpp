@@ -62,68 +62,42 @@ struct ViewsRig : SlideshowScene {
     }
 };
 
+// The incoming and the outgoing layer at progress p.
+std::pair<Layer, Layer> expectedLayers(TransitionStyle style, bool backward, double p)
+{
+    const double side = backward ? -kWidth : kWidth; // a forward slide comes in from the right
+    switch (style) {
+    case TransitionStyle::slide:
+        return {{1, 1, side * (1 - p), 0}, {1, 1, -side * p, 0}};
+    case TransitionStyle::zoom:
+        return {{p, 1 + (1 - p) * 0.08, 0, 0}, {1 - p, 1, 0, 0}};
+    case TransitionStyle::flip:
+        return {{p >= 0.5 ? 1.0 : 0.0, 1, 0, (1 - p) * 90}, {p < 0.5 ? 1.0 : 0.0, 1, 0, -p * 90}};
+    default: // a cross-fade
+        return {{p, 1, 0, 0}, {1 - p, 1, 0, 0}};
+    }
+}
+
 TEST(SlideshowImageViews, LayersFollowEveryTransitionStyle)
 {
-    constexpr double w = kWidth;
-    const struct {
-        TransitionStyle style;
-        bool backward;
-        // The incoming and the outgoing layer at progress p.
-        Layer (*incoming)(double p);
-        Layer (*outgoing)(double p);
-    } rows[] = {
-        {TransitionStyle::crossFade, false,
-            [](double p) {
-                return Layer {p, 1, 0, 0};
-            },
-            [](double p) {
-                return Layer {1 - p, 1, 0, 0};
-            }},
-        {TransitionStyle::slide, false,
-            [](double p) {
-                return Layer {1, 1, w * (1 - p), 0};
-            },
-            [](double p) {
-                return Layer {1, 1, -w * p, 0};
-            }},
-        {TransitionStyle::slide, true,
-            [](double p) {
-                return Layer {1, 1, -w * (1 - p), 0};
-            },
-            [](double p) {
-                return Layer {1, 1, w * p, 0};
-            }},
-        {TransitionStyle::zoom, false,
-            [](double p) {
-                return Layer {p, 1 + (1 - p) * 0.08, 0, 0};
-            },
-            [](double p) {
-                return Layer {1 - p, 1, 0, 0};
-            }},
-        {TransitionStyle::flip, false,
-            [](double p) {
-                return Layer {p >= 0.5 ? 1.0 : 0.0, 1, 0, (1 - p) * 90};
-            },
-            [](double p) {
-                return Layer {p < 0.5 ? 1.0 : 0.0, 1, 0, -p * 90};
-            }},
-    };
-    for (const auto &row : rows) {
-        ViewsRig views(row.style);
+    const std::pair<TransitionStyle, bool> rows[]
+        = {{TransitionStyle::crossFade, false}, {TransitionStyle::slide, false}, {TransitionStyle::slide, true},
+            {TransitionStyle::zoom, false}, {TransitionStyle::flip, false}};
+    for (const auto &[style, backward] : rows) {
+        ViewsRig views(style);
         ASSERT_TRUE(views.harness->ok());
         const int from = 0;
-        const int to = row.backward ? 2 : 1;
-        row.backward ? views.model->previous() : views.model->next();
+        const int to = backward ? 2 : 1;
+        backward ? views.model->previous() : views.model->next();
         for (const double seconds : {0.25, 0.3, 0.3}) {
             views.rig.time.advance(seconds);
             ASSERT_TRUE(views.model->isTransitioning());
             const double p = views.model->transitionProgress();
             const Layer in = views.layerShowing(to);
             const Layer out = views.layerShowing(from);
-            const Layer wantIn = row.incoming(p);
-            const Layer wantOut = row.outgoing(p);
+            const auto [wantIn, wantOut] = expectedLayers(style, backward, p);
             const auto where = ::testing::Message()
-                << toRaw(row.style).toStdString() << " backward " << row.backward << " p " << p;
+                << toRaw(style).toStdString() << " backward " << backward << " p " << p;
             EXPECT_NEAR(in.opacity, wantIn.opacity, 1e-6) << where;
             EXPECT_NEAR(in.scale, wantIn.scale, 1e-6) << where;
             EXPECT_NEAR(in.x, wantIn.x, 1e-3) << where;
@@ -132,7 +106,7 @@ TEST(SlideshowImageViews, LayersFollowEveryTransitionStyle)
             EXPECT_NEAR(out.x, wantOut.x, 1e-3) << where;
             EXPECT_NEAR(out.turn, wantOut.turn, 1e-6) << where;
         }
-        EXPECT_EQ(views.harness->root()->property("flipping").toBool(), row.style == TransitionStyle::flip);
+        EXPECT_EQ(views.harness->root()->property("flipping").toBool(), style == TransitionStyle::flip);
         // Once it ends the new slide stands plain and alone.
         views.rig.time.advance(0.5);
         ASSERT_FALSE(views.model->isTransitioning());

@@ -50,7 +50,8 @@ TEST(ShortcutOverlay, ListsTheBindingsInForceAndGotItTellsTheHost)
 {
     SlideshowSettings settings;
     settings.keyBindings.remove(toRaw(SlideshowAction::zoomIn));
-    settings.keyBindings[toRaw(SlideshowAction::showHelp)] = KeyBinding {QStringLiteral("<"), 0};
+    settings.keyBindings[toRaw(SlideshowAction::showHelp)]
+        = KeyBinding {QStringLiteral("<"), KeyBinding::command | KeyBinding::shift};
     OverlayRig overlay(QStringLiteral("ShortcutOverlay { rows: state.shortcutRows; footer: state.shortcutFooter;"
                                       " onGotIt: root.log += \"gotIt;\" }"),
         settings);
@@ -67,8 +68,8 @@ TEST(ShortcutOverlay, ListsTheBindingsInForceAndGotItTellsTheHost)
         "T = Toggle transitions on/off", "F = Cycle photo filter", "Ctrl+F = Toggle full-screen"};
     EXPECT_EQ(lines.join("\n").toStdString(), expected.join("\n").toStdString());
 
-    // The key between the marks is bold, and a key that looks like markup stays a key.
-    EXPECT_TRUE(texts.contains("Press <b>&lt;</b> anytime for full keyboard shortcuts"))
+    // The key between the marks is bold, its modifiers in order, and a key that looks like markup stays a key.
+    EXPECT_TRUE(texts.contains("Press <b>Ctrl+Shift+&lt;</b> anytime for full keyboard shortcuts"))
         << texts.join("|").toStdString();
 
     overlay.harness->click(overlay.harness->visible("card"));

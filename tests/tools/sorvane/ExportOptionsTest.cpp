@@ -157,6 +157,8 @@ TEST(ExportOptions, EachOptionSetsItsOwnFieldOrNamesTheMistake)
 
         // Unknown choices name the option and every allowed value, the default first.
         {{"--mode", "slides"}, {}, "unknown value 'slides' for --mode (use standard or collage)."},
+        // The stored settings' word for the Varied wall is no manifest word.
+        {{"--layout", "collage"}, {}, "unknown value 'collage' for --layout (use flow, scatter or varied)."},
         {{"--overlay-corner", "center"}, {},
             "for --overlay-corner (use bottom_right, top_left, top_right or bottom_left)."},
         // Bad numbers name the option and the range.
