@@ -397,17 +397,19 @@ class ScreenLoss(SlideshowTestCase):
 
     def test_a_display_that_goes_leaves_one_window_and_the_show_goes_on(self):
         photos = self.photos()
-        # The display that goes, and the transition running: a cut, or a 5 s cross-fade that
-        # every 1 s advance interrupts, so the display goes in the middle of one.
-        for gone, kept, settings in (("B", "A", {"transitionStyle": "None"}),
-                                     ("A", "B", {"transitionStyle": "Cross-fade", "transitionDuration": 5.0})):
-            with self.subTest(gone=gone, transition=settings["transitionStyle"]):
+        # The display that goes, the scope, and the transition running: a cut, or a 5 s
+        # cross-fade that every 1 s advance interrupts, so the display goes in the middle of one.
+        # The first display's window times linked windows and leads mirrored ones.
+        for gone, kept, scope, settings in (
+                ("B", "A", "linked", {"transitionStyle": "None"}),
+                ("A", "B", "mirrored", {"transitionStyle": "Cross-fade", "transitionDuration": 5.0})):
+            with self.subTest(gone=gone, scope=scope, transition=settings["transitionStyle"]):
                 x = self.x_server(((3200, 1080),))
                 # The display kept holds the X screen's output, else the server adds a monitor of its own.
                 x.run("xrandr", "--setmonitor", kept, self.MONITORS[kept][0], "screen")
                 x.run("xrandr", "--setmonitor", gone, self.MONITORS[gone][0], "none")
                 self.store({"slideshowSettings": {"defaultDuration": 1.0, **settings}})
-                show = ShowLog(self.start(x, "--screens", "all", "--scope", "linked", photos))
+                show = ShowLog(self.start(x, "--screens", "all", "--scope", scope, photos))
                 for name in self.MONITORS:
                     show.wait_line(f"Window opened on display {name} ")
                 show.wait_items(2, show.wait_scanned(), what="changes on both displays")
