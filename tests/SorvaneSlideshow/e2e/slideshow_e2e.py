@@ -422,6 +422,10 @@ class ScreenLoss(SlideshowTestCase):
                 self.assertEqual(x.window_size(left[0][0]), self.MONITORS[kept][1])
                 later = show.wait_items(3, lost, what="changes after the display went")
                 self.assertEqual(len({screen for _, screen, _ in later}), 1, later)
+                # The display comes back, and the show opens on it again.
+                x.run("xrandr", "--setmonitor", gone, self.MONITORS[gone][0], "none")
+                show.wait(lambda: sum(f"display {gone} " in line for _, _, line in show.lines()[lost:]) == 1,
+                          f"a window on display {gone} again")
                 x.key("Escape")
                 self.assertEqual(show.run.wait_exit(10), 0, show.run.tail())
                 x.stop()
