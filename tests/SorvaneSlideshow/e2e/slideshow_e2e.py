@@ -105,13 +105,15 @@ class ShowLog:
 
 
 def settled(x, area, screen=0):
-    """The part of the screen once two pictures in a row agree."""
+    """The part of the screen once a photo fills it (a new photo's layer stays empty until it
+    is decoded) and two pictures in a row agree."""
     shots = [x.screenshot(screen).crop(*area)]
 
     def same():
         shots.append(x.screenshot(screen).crop(*area))
-        return shots[-1] if shots[-1].fraction_different(shots[-2]) < 0.01 else None
-    return wait_until(same, 10, "the screen to settle", interval=0.1)
+        drawn = shots[-1].fraction_brighter(16) > 0.9
+        return shots[-1] if drawn and shots[-1].fraction_different(shots[-2]) < 0.01 else None
+    return wait_until(same, 10, "a photo to settle on the screen", interval=0.1)
 
 
 def shown_states(items):
@@ -291,7 +293,8 @@ class Keys(SlideshowTestCase):
             return wait_until(changed, 10, what, interval=0.2, detail=show.tail)
 
         first = self.wait_for_photo(x, 0).crop(*middle)
-        stepped = middle_changes_after("Right", first, "the next photo after Right")
+        middle_changes_after("Right", first, "the next photo after Right")
+        stepped = settled(x, middle)
         carded = middle_changes_after("slash", stepped, "the shortcut card after /")
         x.key("slash")
         wait_until(lambda: x.screenshot(0).crop(*middle).fraction_different(stepped) < 0.02, 10,
