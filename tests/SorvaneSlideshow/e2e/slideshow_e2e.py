@@ -364,7 +364,10 @@ class Escape(SlideshowTestCase):
                     self.wait_for_photo(x, screen)
 
                 def windows():
-                    sizes = [x.window_size(window) for window, _ in x.visible_windows()]
+                    try:
+                        sizes = [x.window_size(window) for window, _ in x.visible_windows()]
+                    except subprocess.CalledProcessError:
+                        return None  # a window closed between listing and measuring
                     return sum(size in full for size in sizes), sum(size in windowed for size in sizes)
                 for number, state in enumerate(states, start=1):
                     x.key("Escape")
