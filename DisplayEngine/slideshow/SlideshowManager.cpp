@@ -178,6 +178,35 @@ QList<QUuid> SlideshowManager::launch(const SlideshowLaunchRequest &request, con
     return opened;
 }
 
+void SlideshowManager::setItems(const QList<ImageItem> &items)
+{
+    for (const QUuid &id : std::as_const(d->order))
+        viewModel(id)->setImages(items);
+    separateSharedFiles();
+}
+
+void SlideshowManager::separateSharedFiles()
+{
+    // Mirrors share on purpose.
+    if (d->appliedScope == ControlScope::mirrored
+        || !SlideshowGlobalSettings::readDuplicateAvoidance(d->services.preferences))
+        return;
+    QSet<QUrl> shown;
+    for (const QUuid &id : std::as_const(d->order)) {
+        SlideshowViewModel *window = viewModel(id);
+        const std::optional<ImageItem> item = window->currentItem();
+        if (window->displayMode() != DisplayMode::standard || !item)
+            continue;
+        if (shown.contains(item->url())) {
+            window->next();
+            // Stepping away let go of the file, which an earlier window still shows.
+            d->claims->claim(item->url());
+        }
+        if (const std::optional<ImageItem> now = window->currentItem())
+            shown.insert(now->url());
+    }
+}
+
 const QHash<QUuid, ManagedSlideshow> &SlideshowManager::activeSlideshows() const
 {
     return d->active;

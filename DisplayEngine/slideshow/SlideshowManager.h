@@ -75,6 +75,10 @@ public:
     QList<QUuid> launch(const SlideshowLaunchRequest &request, const QList<ImageItem> &items,
         const SlideshowSettings &settings, SortMode sortMode, bool transientSettings = false);
 
+    // New items for every window (a scan still under way): each keeps its item, and a
+    // window that had to share its file while too few were known moves to a free one.
+    void setItems(const QList<ImageItem> &items);
+
     const QHash<QUuid, ManagedSlideshow> &activeSlideshows() const;
     QList<QUuid> activeSlideshowIds() const;
     SlideshowViewModel *viewModel(const QUuid &id) const;
@@ -139,6 +143,7 @@ private:
     void mirrorLeaderShown();
     void applyCollageRoles();
     void imageShown(const QUuid &id);
+    void separateSharedFiles();
     void filterChanged(const QUuid &id);
 
     struct State;

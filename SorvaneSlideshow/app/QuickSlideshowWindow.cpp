@@ -1,6 +1,7 @@
 #include "app/QuickSlideshowWindow.h"
 
 #include "core/SlideshowKeyRoute.h"
+#include "core/SlideshowLog.h"
 #include "slideshow/SlideshowManager.h"
 #include "slideshow/SlideshowViewModel.h"
 #include "views/KeyEventBinding.h"
@@ -20,6 +21,10 @@ QuickSlideshowWindow::QuickSlideshowWindow(QQuickWindow *window, SlideshowViewMo
         if (m_window && m_window->isActive())
             m_manager.windowFocused(m_id);
     });
+    // An item can change without the index changing (a file left the show), and back.
+    connect(&m_viewModel, &SlideshowViewModel::currentIndexChanged, this, &QuickSlideshowWindow::itemChanged);
+    connect(
+        &m_viewModel, &SlideshowViewModel::currentImageRealFilenameChanged, this, &QuickSlideshowWindow::itemChanged);
 }
 
 QuickSlideshowWindow::~QuickSlideshowWindow()
@@ -91,6 +96,18 @@ void QuickSlideshowWindow::moveTo(QScreen *screen)
         const QRect area = screen->availableGeometry();
         m_window->setGeometry(QRect(area.topLeft() + QPoint(area.width() / 4, area.height() / 4), area.size() / 2));
     }
+}
+
+void QuickSlideshowWindow::itemChanged()
+{
+    if (!lcSlideshowItems().isDebugEnabled())
+        return;
+    const std::optional<ImageItem> item = m_viewModel.currentItem();
+    const QUrl shown = item ? item->url() : QUrl();
+    if (shown == m_shown || shown.isEmpty())
+        return;
+    m_shown = shown;
+    qCDebug(lcSlideshowItems, "Screen %u shows %s", m_placedOn, qUtf8Printable(shown.toLocalFile()));
 }
 
 bool QuickSlideshowWindow::eventFilter(QObject *watched, QEvent *event)

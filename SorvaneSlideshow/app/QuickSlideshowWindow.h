@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QQuickWindow>
+#include <QUrl>
 #include <QUuid>
 
 #include <functional>
@@ -53,6 +54,8 @@ protected:
 private:
     // True when the key was the show's.
     bool keyPressed(const QKeyEvent &event);
+    // Logs the file now on screen when it is not the one logged last.
+    void itemChanged();
 
     QPointer<QQuickWindow> m_window;
     SlideshowViewModel &m_viewModel;
@@ -63,6 +66,7 @@ private:
     KeyFirst m_keyFirst;
     quint32 m_placedOn = 0;
     bool m_closing = false;
+    QUrl m_shown;
 };
 
 } // namespace sorvane

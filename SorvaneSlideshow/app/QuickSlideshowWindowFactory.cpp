@@ -25,6 +25,24 @@ QuickSlideshowWindowFactory::QuickSlideshowWindowFactory(
 
 QuickSlideshowWindowFactory::~QuickSlideshowWindowFactory() = default;
 
+void QuickSlideshowWindowFactory::setManager(SlideshowManager *manager)
+{
+    if (m_manager)
+        disconnect(m_manager, nullptr, this, nullptr);
+    m_manager = manager;
+    if (m_manager)
+        connect(
+            m_manager, &SlideshowManager::focusedSlideshowIdChanged, this, &QuickSlideshowWindowFactory::focusMoved);
+}
+
+void QuickSlideshowWindowFactory::focusMoved()
+{
+    // Only while the application has the keyboard: a show never takes it from another program.
+    QuickSlideshowWindow *focused = window(m_manager->focusedSlideshowId());
+    if (focused && QGuiApplication::focusWindow() && !focused->window()->isActive())
+        focused->window()->requestActivate();
+}
+
 QList<SlideshowScreen> QuickSlideshowWindowFactory::screens() const
 {
     QList<SlideshowScreen> screens;

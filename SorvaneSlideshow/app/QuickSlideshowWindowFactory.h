@@ -37,8 +37,9 @@ public:
         QQmlEngine &engine, QUrl component, ExtraProperties extra = {}, QuickSlideshowWindow::KeyFirst keyFirst = {});
     ~QuickSlideshowWindowFactory() override;
 
-    // The manager the windows report to; set before the first launch.
-    void setManager(SlideshowManager *manager) { m_manager = manager; }
+    // The manager the windows report to; set before the first launch. When it moves the
+    // focus to another window (the focused one closed), that window takes the keyboard.
+    void setManager(SlideshowManager *manager);
 
     QList<SlideshowScreen> screens() const override;
     std::optional<quint32> currentScreenId() const override;
@@ -59,6 +60,7 @@ private:
     void screenAdded(QScreen *screen);
     void screenRemoved(QScreen *screen);
     void screenResized(QScreen *screen);
+    void focusMoved();
 
     QQmlEngine &m_engine;
     QUrl m_component;

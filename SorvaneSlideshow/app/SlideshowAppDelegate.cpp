@@ -113,10 +113,7 @@ void SlideshowAppDelegate::batchFound(const QList<ImageItem> &items)
         return;
     }
     // Each window keeps its current item; the new ones join its order.
-    for (const QUuid &id : m_manager->activeSlideshowIds()) {
-        if (SlideshowViewModel *viewModel = m_manager->viewModel(id))
-            viewModel->setImages(m_items);
-    }
+    m_manager->setItems(m_items);
 }
 
 void SlideshowAppDelegate::scanFinished(const MediaFolderScanCounts &counts)

@@ -343,6 +343,32 @@ TEST(SlideshowManager, AVideoHoldsOnlyItsOwnWindow)
     EXPECT_EQ(h.allShown(), QStringList({before[0], "/photos/3.jpg", "/photos/4.jpg"}));
 }
 
+TEST(SlideshowManager, WindowsThatShareTheOnlyKnownFileSpreadOutWhenMoreArrive)
+{
+    struct Row {
+        ControlScope scope;
+        bool avoidDuplicates;
+        qsizetype distinctFiles;
+    };
+    for (const Row &row : {Row {ControlScope::all, true, 3}, Row {ControlScope::focusedOnly, true, 3},
+             Row {ControlScope::mirrored, true, 1}, Row {ControlScope::all, false, 1}}) {
+        SCOPED_TRACE(testing::Message() << "scope " << int(row.scope) << ", avoid " << row.avoidDuplicates);
+        Harness h(row.scope);
+        h.preferences.setValue(SlideshowGlobalSettings::duplicateAvoidanceKey, row.avoidDuplicates);
+        const QList<ImageItem> all = h.items;
+        h.items = all.mid(0, 1);
+        h.launch();
+        h.manager.setItems(all);
+        const QStringList shown = h.allShown();
+        EXPECT_EQ(QSet<QString>(shown.begin(), shown.end()).size(), row.distinctFiles) << shown.join(' ').toStdString();
+        if (row.avoidDuplicates) {
+            // Every file on screen stays claimed, so a later step cannot land on one.
+            for (const QString &file : shown)
+                EXPECT_TRUE(h.manager.imageClaimTracker().isClaimed(QUrl::fromLocalFile(file))) << file.toStdString();
+        }
+    }
+}
+
 TEST(SlideshowManager, MirrorFollowsTheLeaderAndHandsLeadershipOnWhenItCloses)
 {
     Harness h(ControlScope::mirrored);
