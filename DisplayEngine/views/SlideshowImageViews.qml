@@ -27,7 +27,9 @@ Item {
     }
 
     SlideshowLayer {
+        id: primaryLayer
         objectName: "primaryLayer"
+        partnerReady: secondaryLayer.ready || !secondaryLayer.hasModelSlide
         anchors.fill: parent
         visible: !root.isCollage && hasSlide && opacity > 0
         viewModel: root.viewModel
@@ -37,7 +39,9 @@ Item {
     }
 
     SlideshowLayer {
+        id: secondaryLayer
         objectName: "secondaryLayer"
+        partnerReady: primaryLayer.ready || !primaryLayer.hasModelSlide
         anchors.fill: parent
         visible: !root.isCollage && hasSlide && opacity > 0
         viewModel: root.viewModel

@@ -13,7 +13,18 @@ Item {
     // The window's sound is off (another window has it, or the host asked for silence).
     property bool muted: false
 
-    readonly property var slide: isPrimary ? viewState.primarySlide : viewState.secondarySlide
+    // Whether the other layer has its slide drawn. Until it has, the slide this layer gave up
+    // in a cut stays on screen under it, so the screen never goes empty while the next photo
+    // decodes. (A transition's incoming still is decoded ahead, see SlideshowImageViews.)
+    property bool partnerReady: true
+    readonly property var modelSlide: isPrimary ? viewState.primarySlide : viewState.secondarySlide
+    readonly property bool hasModelSlide: modelSlide !== null && modelSlide !== undefined
+    property var lastSlide: null
+    onModelSlideChanged: if (hasModelSlide) lastSlide = modelSlide
+    onPartnerReadyChanged: if (partnerReady && !hasModelSlide) lastSlide = null
+    readonly property bool covering: !viewModel.isTransitioning && !isIncoming && !partnerReady && !hasModelSlide
+        && lastSlide !== null
+    readonly property var slide: hasModelSlide ? modelSlide : (covering ? lastSlide : null)
     readonly property bool hasSlide: slide !== null && slide !== undefined
     // While a transition runs the layer that is not active is coming in; at rest the active
     // layer holds the current slide and keeps drifting (Ken Burns) as an arrived one.
@@ -31,7 +42,7 @@ Item {
     readonly property real turn: geometry.rotation
     readonly property bool ready: content.ready
 
-    opacity: isPrimary ? viewModel.primaryOpacity : viewModel.secondaryOpacity
+    opacity: covering ? 1 : isPrimary ? viewModel.primaryOpacity : viewModel.secondaryOpacity
     visible: hasSlide && opacity > 0
     // The incoming slide is drawn above the one it replaces.
     z: isIncoming ? 1 : 0
@@ -68,9 +79,9 @@ Item {
         muted: layer.muted || !layer.isIncoming
         // Stills and animations have no end; a video's end lets the show move on, and
         // anything that cannot be shown leaves it.
-        onEnded: if (layer.hasSlide && layer.slide.isVideo) layer.viewModel.videoEnded(layer.slide.id)
+        onEnded: if (layer.hasModelSlide && layer.slide.isVideo) layer.viewModel.videoEnded(layer.slide.id)
         onFailed: reason => {
-            if (layer.hasSlide)
+            if (layer.hasModelSlide)
                 layer.viewModel.itemFailed(layer.slide.id)
         }
     }
