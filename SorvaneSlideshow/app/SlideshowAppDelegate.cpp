@@ -17,6 +17,7 @@
 #include <QMouseEvent>
 
 #include <cstdio>
+#include <memory>
 
 namespace sorvane {
 
@@ -156,6 +157,16 @@ void SlideshowAppDelegate::windowsOpened(const QList<QUuid> &ids)
             continue;
         // Parented to the window: it goes when the window goes.
         new TransitionFrameWatcher(window->window(), viewModel, m_clock, window->window());
+        // The index also moves when items join or leave around the shown one: only a new file is logged.
+        auto logShown = [viewModel, screen = window->home().id, last = std::make_shared<QUrl>()] {
+            const std::optional<ImageItem> item = viewModel->currentItem();
+            if (!item || item->url() == *last)
+                return;
+            *last = item->url();
+            qCDebug(lcSlideshowItems, "Screen %u shows %s", screen, qUtf8Printable(item->url().toLocalFile()));
+        };
+        logShown();
+        connect(viewModel, &SlideshowViewModel::currentIndexChanged, this, logShown);
         connect(viewModel, &SlideshowViewModel::showControlsChanged, this, [this, viewModel] {
             if (!viewModel->showControls())
                 m_pointer.setHidden(true);
