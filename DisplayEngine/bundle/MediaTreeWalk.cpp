@@ -4,7 +4,11 @@
 #include "bundle/BundleSourceScanner.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+
+#include <algorithm>
+#include <vector>
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -87,15 +91,30 @@ void MediaTreeWalk::walkFolder(const QString &path, const QString &root)
         ++m_unreadableFolders;
         return;
     }
-    const QFileInfoList entries
-        = QDir(path).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::DirsLast);
-    for (const QFileInfo &entry : entries) {
+    // Names only, not a QFileInfo per entry as QDir's listing keeps: a folder of a hundred
+    // thousand files would hold tens of megabytes of file details while it is walked.
+    struct Entry {
+        QString name;
+        bool isDir;
+    };
+    std::vector<Entry> entries;
+    QDirIterator listing(path, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot);
+    while (listing.hasNext()) {
+        const QFileInfo entry = listing.nextFileInfo();
+        entries.push_back({entry.fileName(), entry.isDir()});
+    }
+    // Files before folders, each in name order, as QDir sorts them.
+    std::sort(entries.begin(), entries.end(),
+        [](const Entry &a, const Entry &b) { return a.isDir != b.isDir ? b.isDir : a.name.compare(b.name) < 0; });
+    const QDir folder(path);
+    for (const Entry &entry : entries) {
         if (m_stopped)
             return;
-        if (entry.isDir())
-            walkFolder(entry.absoluteFilePath(), root);
+        const QString entryPath = folder.absoluteFilePath(entry.name);
+        if (entry.isDir)
+            walkFolder(entryPath, root);
         else
-            addFile(entry, root, false);
+            addFile(QFileInfo(entryPath), root, false);
     }
     if (m_noteUnnamed)
         findUnnamedFiles(path);

@@ -10,6 +10,7 @@
 #include <QUrl>
 #include <QUuid>
 
+#include <memory>
 #include <optional>
 
 namespace sorvane {
@@ -45,11 +46,11 @@ public:
     void setAnimationType(AnimationType animationType) { m_animationType = animationType; }
 
     // Present only for items that come from an online store.
-    const std::optional<CloudSource> &cloudSource() const { return m_cloudSource; }
-    void setCloudSource(const std::optional<CloudSource> &cloudSource) { m_cloudSource = cloudSource; }
+    const std::optional<CloudSource> &cloudSource() const;
+    void setCloudSource(const std::optional<CloudSource> &cloudSource);
 
-    const std::optional<ImageMetadata> &metadata() const { return m_metadata; }
-    void setMetadata(const std::optional<ImageMetadata> &metadata) { m_metadata = metadata; }
+    const std::optional<ImageMetadata> &metadata() const;
+    void setMetadata(const std::optional<ImageMetadata> &metadata);
 
     MediaType mediaType() const { return m_mediaType; }
     void setMediaType(MediaType mediaType) { m_mediaType = mediaType; }
@@ -64,7 +65,7 @@ public:
 
     // The metadata's name when there is metadata, otherwise the URL's file name.
     QString displayName() const;
-    bool isCloudItem() const { return m_cloudSource.has_value(); }
+    bool isCloudItem() const { return cloudSource().has_value(); }
 
     // Identity only. Items are only ever compared within one list, where an id
     // stands for exactly one set of fields, so comparing the rest would only
@@ -72,14 +73,21 @@ public:
     friend bool operator==(const ImageItem &a, const ImageItem &b) noexcept { return a.m_id == b.m_id; }
 
 private:
+    // What only online items carry, kept apart and shared between copies: a folder of local
+    // files lists hundreds of thousands of items, each copied into every window's order.
+    struct Online {
+        std::optional<CloudSource> cloudSource;
+        std::optional<ImageMetadata> metadata;
+    };
+    void setOnline(Online online);
+
     QUuid m_id;
     QUrl m_url;
     QString m_relativePath;
     qint64 m_originalIndex;
     bool m_isAnimated;
     AnimationType m_animationType;
-    std::optional<CloudSource> m_cloudSource;
-    std::optional<ImageMetadata> m_metadata;
+    std::shared_ptr<const Online> m_online;
     MediaType m_mediaType;
     std::optional<VideoTier> m_videoTier;
     bool m_isCloudOnlyVideo;

@@ -84,6 +84,16 @@ Item {
         }
     }
 
+    // One output for every video the layer plays, made once: each new output sets up its
+    // own link to the window's graphics, and where that link fails (a display without a
+    // GPU) what it set up stays behind, tens of megabytes per video played.
+    VideoOutput {
+        id: output
+        anchors.fill: parent
+        visible: slideLayer.isVideo
+        fillMode: slideLayer.scaling === "fill_screen" ? VideoOutput.PreserveAspectCrop : VideoOutput.PreserveAspectFit
+    }
+
     Loader {
         id: videoLoader
         anchors.fill: parent
@@ -106,11 +116,6 @@ Item {
                         slideLayer.failed("the video could not be played")
                 }
                 onErrorOccurred: (error, errorString) => slideLayer.failed(errorString.length > 0 ? errorString : "the video stopped with an error")
-            }
-            VideoOutput {
-                id: output
-                anchors.fill: parent
-                fillMode: slideLayer.scaling === "fill_screen" ? VideoOutput.PreserveAspectCrop : VideoOutput.PreserveAspectFit
             }
             // The poster covers the video until its first frame, so there is no black gap.
             Image {

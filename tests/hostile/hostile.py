@@ -505,6 +505,116 @@ def last_try(player, tried):
     return lines[-1] + 1 if lines else (0 if not tried else 10 ** 9)
 
 
+# --- the slideshow application ---------------------------------------------------
+
+SHOWN = re.compile(r"^sorvane\.slideshow\.items: Screen (\d+) shows (.*)$", re.M)
+FOUND = re.compile(r"^sorvane\.slideshow: Found (\d+) photos and (\d+) videos", re.M)
+
+
+def crowded_folder(root, photo):
+    """100,000 names of photos, nearly all empty; a real photo every 25,000 (one link each)."""
+    os.makedirs(root)
+    good = os.path.join(root, "photo-000003.jpg")
+    with open(good, "wb") as out:
+        out.write(photo)
+    for index in range(100_000):
+        path = os.path.join(root, f"photo-{index:06}.jpg")
+        if index % 25_000 == 3 and index != 3:
+            os.link(good, path)
+        elif index != 3:
+            open(path, "wb").close()
+    goods = {f"photo-{n:06}.jpg" for n in range(3, 100_000, 25_000)}
+    return root, {f"photo-{n:06}.jpg" for n in range(3)}, goods, (100_000, 0)
+
+
+def misleading_folder(root, photo, scratch):
+    """Files that are not what their names say, link loops and links out, a 50,000-pixel-square PNG,
+    videos that break half-way, pipes and, for a run as nobody, locked files and folders."""
+    b = BundleMaker(root)
+    # Two screens decoding full HD at once cost some 180 MB with software graphics, whatever
+    # the files: HD keeps this budget about what broken files add.
+    clip = inputs.mp4(scratch, True, size="1280x720")
+    garbled = clip[:len(clip) // 3] + inputs.garbage(len(clip) // 3) + clip[2 * len(clip) // 3:]
+    tried = {"b-text.jpg": b"not a photo\n" * 100, "b-video.png": clip, "b-photo.mp4": photo,
+             "b-random.jpg": inputs.garbage(200_000), "c-claims.png": inputs.png_bomb(),
+             "d-truncated.mp4": clip[:len(clip) // 2], "d-garbled.mp4": garbled}
+    for name, data in {**tried, "a-good.jpg": photo, "z-good.jpg": photo, "e-locked.jpg": photo,
+                       "e-locked/inside.jpg": photo}.items():
+        b.put(name, data)
+    inputs.huge_png(b.path("c-huge.png"))
+    tried["c-huge.png"] = None
+    for name, target in (("loops/parent", ".."), ("loops/self", "."), ("loops/ring-1.jpg", "ring-2.jpg"),
+                         ("loops/ring-2.jpg", "ring-1.jpg"), ("loops/chain", "parent/loops/self"),
+                         ("out-file.jpg", os.path.join(OUT, "secret.jpg")), ("out-folder", OUT),
+                         ("out-pipe.jpg", os.path.join(OUT, "pipe"))):
+        b.link(name, target)
+    for name in ("b-pipe.jpg", "b-pipe.mp4", "e-locked/pipe.gif"):
+        os.mkfifo(b.path(name))
+    for name in ("e-locked.jpg", "e-locked"):
+        os.chmod(b.path(name), 0)
+    targets = [OUT] + [b.path(name) for name in ("b-pipe.jpg", "b-pipe.mp4", "e-locked.jpg", "e-locked")]
+    return root, set(tried), {"a-good.jpg", "z-good.jpg"}, (7, 3), targets
+
+
+class Slideshow(HostileCase):
+    """SorvaneSlideshow on both screens of a folder, until every hostile item had its turn and a
+    good photo came after the last of them."""
+
+    def show(self, name, folder, tried, goods, found, targets, seconds):
+        tmp = os.path.join(WORK, f"slideshow-{name}")
+        for sub in ("run", "config", "cache", "data"):
+            os.makedirs(os.path.join(tmp, sub), mode=0o700)
+        subprocess.run(["chown", "-R", "nobody:nogroup", tmp], check=True)
+        os.chmod(WORK, 0o755)
+        env = {k: v for k, v in os.environ.items() if not k.startswith(("QT_", "XDG_", "DBUS_"))}
+        env.update(MATERIAL.x.env(), QT_QPA_PLATFORM="xcb", DBUS_SESSION_BUS_ADDRESS="disabled:",
+                   QT_LOGGING_RULES="sorvane.slideshow.info=true\nsorvane.slideshow.items.debug=true",
+                   XDG_RUNTIME_DIR=os.path.join(tmp, "run"), XDG_CONFIG_HOME=os.path.join(tmp, "config"),
+                   XDG_CACHE_HOME=os.path.join(tmp, "cache"), XDG_DATA_HOME=os.path.join(tmp, "data"))
+        program = os.path.join(BIN, "SorvaneSlideshow")
+        # Root reads any file whatever its mode: the show runs as nobody, so locked entries stay locked.
+        trace = os.path.join(WORK, f"slideshow-{name}.strace")
+        command = strace_prefix(trace)[1:] + [
+            "setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups", program, "--screens", "all",
+            "--sort", "sequential", "--interval", "1", "--transition", "none", folder]
+        show = harness.Player("strace", command, env, os.path.join(WORK, f"slideshow-{name}.log"))
+        peak, log = 0, ""
+        try:
+            pid = harness.wait_until(lambda: player_pid(show.pid, program), 10, "the slideshow under strace")
+
+            def done():
+                nonlocal peak, log
+                peak = max(peak, high_water_kb(pid))
+                with open(show.log_path, errors="replace") as lines:
+                    log = lines.read()
+                shown = [(match.end(), os.path.basename(match.group(2))) for match in SHOWN.finditer(log)]
+                if not FOUND.search(log) or not tried <= {file for _, file in shown}:
+                    return False
+                last = max((at for at, file in shown if file in tried), default=0)
+                return any(at > last and file in goods for at, file in shown)
+
+            harness.wait_until(done, seconds, f"{name}: every item tried, then a good photo", interval=0.2,
+                               detail=show.tail)
+            self.assertTrue(show.alive(), show.tail())
+            windows = MATERIAL.x.visible_windows()
+            self.assertEqual([title for _, title in windows], ["Sorvane Slideshow"] * 2, windows)
+        finally:
+            show.stop()
+        print(f"\nslideshow {name}: peak memory {peak // 1024} MB", file=sys.stderr)
+        self.assertLessEqual(peak, MEMORY_LIMIT_KB, f"{name}: slideshow peak {peak} kB")
+        self.assertEqual(tuple(map(int, FOUND.search(log).groups())), found, log[-3000:])
+        self.assertEqual(opened_targets(trace, targets), [],
+                         f"{name}: the slideshow opened a planted target")
+
+    def test_folders(self):
+        scratch = os.path.join(WORK, "scratch")
+        rows = [("crowded", *crowded_folder(os.path.join(WORK, "crowded"), MATERIAL.photo), [OUT], 60),
+                ("misleading", *misleading_folder(os.path.join(WORK, "misleading"), MATERIAL.photo, scratch), 60)]
+        for name, folder, tried, goods, found, targets, seconds in rows:
+            with self.subTest(folder=name):
+                self.show(name, folder, tried, goods, found, targets, seconds)
+
+
 # --- shared material -------------------------------------------------------------
 
 

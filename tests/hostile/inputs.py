@@ -19,13 +19,29 @@ def run(*command):
 def png_bomb(width=50000, height=50000):
     """A tiny PNG whose header claims a huge picture: a decoder that trusts it allocates gigabytes."""
 
-    def chunk(kind, body):
-        return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body) & 0xFFFFFFFF)
-
     header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
     # A few rows of black, far short of what the header promises.
-    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(b"\x00" * (1 + width * 3) * 4)) \
-        + chunk(b"IEND", b"")
+    return b"\x89PNG\r\n\x1a\n" + _png_chunk(b"IHDR", header) \
+        + _png_chunk(b"IDAT", zlib.compress(b"\x00" * (1 + width * 3) * 4)) + _png_chunk(b"IEND", b"")
+
+
+def _png_chunk(kind, body):
+    return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body) & 0xFFFFFFFF)
+
+
+def huge_png(path, side=50000):
+    """A valid side x side PNG, stripes one bit per pixel, compressed row by row: a few MB on
+    disk and a second to make, billions of pixels for a decoder that expands it."""
+    row_bytes = (side + 7) // 8
+    rows = [b"\x00" + b"\x0f" * row_bytes, b"\x00" + b"\xf0" * row_bytes]
+    squeeze = zlib.compressobj(1)
+    with open(path, "wb") as out:
+        out.write(b"\x89PNG\r\n\x1a\n" + _png_chunk(b"IHDR", struct.pack(">IIBBBBB", side, side, 1, 0, 0, 0, 0)))
+        for y in range(side):
+            data = squeeze.compress(rows[(y // 64) % 2])
+            if data:
+                out.write(_png_chunk(b"IDAT", data))
+        out.write(_png_chunk(b"IDAT", squeeze.flush()) + _png_chunk(b"IEND", b""))
 
 
 def gif_bomb(frames=3000, side=65535):
@@ -86,11 +102,11 @@ def heic_bomb(folder, side=65535):
     return bytes(heic)
 
 
-def mp4(folder, faststart, seconds=4):
-    """A full-HD H.264 clip; with faststart its index comes first, so a truncated copy
-    still plays up to where it was cut."""
-    path = os.path.join(folder, f"clip-{faststart}.mp4")
-    run("ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", f"testsrc=size=1920x1080:rate=30:duration={seconds}",
+def mp4(folder, faststart, seconds=4, size="1920x1080"):
+    """An H.264 clip, full HD unless asked; with faststart its index comes first, so a truncated
+    copy still plays up to where it was cut."""
+    path = os.path.join(folder, f"clip-{faststart}-{size}.mp4")
+    run("ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", f"testsrc=size={size}:rate=30:duration={seconds}",
         "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p",
         *(["-movflags", "+faststart"] if faststart else []), path)
     with open(path, "rb") as data:

@@ -154,6 +154,17 @@ TEST(MediaRecords, ItemsAreIdentifiedByIdAndNamedByMetadataFirst)
     // Metadata wins even when its name is empty.
     item.setMetadata(ImageMetadata {.id = QStringLiteral("1"), .name = QString()});
     EXPECT_EQ(item.displayName(), QString());
+    // Copies share the online details: changing them on one item leaves its copies as they were,
+    // and setting one detail keeps the other.
+    const ImageItem local = sameFile;
+    ImageItem online = sameFile;
+    online.setCloudSource(CloudSource {.accountId = QStringLiteral("a"), .imageId = QStringLiteral("i")});
+    online.setMetadata(ImageMetadata {.id = QStringLiteral("2"), .name = QStringLiteral("Online")});
+    const ImageItem copy = online;
+    online.setCloudSource(std::nullopt);
+    EXPECT_EQ(std::tuple(online.isCloudItem(), online.displayName()), std::tuple(false, QStringLiteral("Online")));
+    EXPECT_EQ(std::tuple(copy.isCloudItem(), copy.displayName()), std::tuple(true, QStringLiteral("Online")));
+    EXPECT_EQ(std::tuple(local.isCloudItem(), local.metadata().has_value()), std::tuple(false, false));
 
     StorageFolder folder = *StorageFolder::fromJson(parseObject(R"({"id":"1","provider":"p","path":"/","name":"r"})"));
     StorageFolder changed = folder;
