@@ -38,7 +38,10 @@ void FirstPhotoTrace::layerReadyChanged()
         [this, window] {
             connect(
                 window, &QQuickWindow::frameSwapped, this,
-                [this] { qCInfo(lcViews, "First photo on screen after %lld ms", m_elapsed()); },
+                [this] {
+                    qCInfo(lcViews, "First photo on screen after %lld ms", m_elapsed());
+                    Q_EMIT shown();
+                },
                 static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));
         },
         static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));

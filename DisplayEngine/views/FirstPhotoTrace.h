@@ -22,6 +22,10 @@ public:
 
     void watch(QQuickWindow *window);
 
+Q_SIGNALS:
+    // After the line; from the render thread when Qt renders on one.
+    void shown();
+
 private Q_SLOTS:
     void layerReadyChanged();
 

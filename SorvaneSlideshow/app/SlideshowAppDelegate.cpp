@@ -9,6 +9,7 @@
 #include "slideshow/SlideshowGlobalSettings.h"
 #include "slideshow/SlideshowManager.h"
 #include "slideshow/SlideshowViewModel.h"
+#include "views/DecodedMemory.h"
 #include "views/FrameIntervalLog.h"
 #include "views/SlideImageProviders.h"
 #include "views/TransitionFrameWatcher.h"
@@ -67,6 +68,8 @@ SlideshowAppDelegate::SlideshowAppDelegate(Options options, QObject *parent)
     connect(&m_windows, &QuickSlideshowWindowFactory::screenArrived, this, &SlideshowAppDelegate::screenArrived);
     connect(&m_scan, &MediaFolderScan::batchFound, this, &SlideshowAppDelegate::batchFound);
     connect(&m_scan, &MediaFolderScan::finished, this, &SlideshowAppDelegate::scanFinished);
+    // Start-up is over: from here decoded pictures give their memory back when freed.
+    connect(&m_firstPhoto, &FirstPhotoTrace::shown, this, [] { DecodedMemory::returnLargeBuffersAtOnce(); });
 }
 
 SlideshowAppDelegate::~SlideshowAppDelegate()

@@ -27,7 +27,9 @@ struct LayeredWindow {
                           "    Item { objectName: \"secondaryLayer\"; property bool ready: false }\n}\n",
             QUrl(QStringLiteral("layers.qml")));
         root.reset(qobject_cast<QQuickItem *>(component.create()));
+        // As QML does for a window's items: the window's scene is their parent in both trees.
         root->setParentItem(window.contentItem());
+        root->setParent(window.contentItem());
     }
     void setReady(char layer, bool ready)
     {
@@ -48,6 +50,8 @@ QStringList traced(const QString &script)
     std::array<LayeredWindow, 2> windows {LayeredWindow(engine), LayeredWindow(engine)};
     qint64 now = 0;
     FirstPhotoTrace trace([&now] { return now; });
+    int shown = 0;
+    QObject::connect(&trace, &FirstPhotoTrace::shown, [&shown] { ++shown; });
     for (LayeredWindow &w : windows)
         trace.watch(&w.window);
     for (const QString &step : script.split(' ', Qt::SkipEmptyParts)) {
@@ -67,6 +71,8 @@ QStringList traced(const QString &script)
     QStringList messages;
     for (const std::string &line : log.take())
         messages << QString::fromStdString(line);
+    // The signal comes with the line, and only with it.
+    EXPECT_EQ(shown, messages.size()) << script.toStdString();
     return messages;
 }
 
