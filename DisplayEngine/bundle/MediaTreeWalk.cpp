@@ -66,7 +66,7 @@ bool MediaTreeWalk::isOutside(const QString &canonical) const
     return !canonical.startsWith(prefix);
 }
 
-void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool picked)
+void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool picked, const QString &canonicalFolder)
 {
     if (m_stopped)
         return;
@@ -79,7 +79,12 @@ void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool pic
     if (!BundleSourceScanner::isSupported(info.fileName(), m_includeVideos, &isVideo))
         return;
     // A file listed twice, or reached twice through links, is one file.
-    const QString key = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
+    // A plain file listed in a folder whose real path is known is that path plus its name:
+    // resolving it again would read every link of the path once per file.
+    const QString key = !canonicalFolder.isEmpty() && !info.isSymLink() ? canonicalFolder
+            + (canonicalFolder.endsWith(QLatin1Char('/')) ? QString() : QStringLiteral("/")) + info.fileName()
+        : info.exists() ? info.canonicalFilePath()
+                        : info.absoluteFilePath();
     if (m_seenFiles.contains(key) || (!picked && isOutside(key)))
         return;
     m_seenFiles.insert(key);
@@ -121,7 +126,7 @@ void MediaTreeWalk::walkFolder(const QString &path, const QString &root)
         if (entry.isDir)
             walkFolder(entry.info.absoluteFilePath(), root);
         else
-            addFile(entry.info, root, false);
+            addFile(entry.info, root, false, canonical);
     }
     if (m_stopped)
         return;
