@@ -520,3 +520,62 @@ TEST(SlideshowViewModel, AContextMenuPausesOnlyAShowThatPlays)
 }
 
 } // namespace
+
+namespace {
+
+// "s" a still, "v" a video, "a" an animation: the show's items in order.
+QList<ImageItem> itemsOfKinds(const QString &kinds)
+{
+    QList<ImageItem> items = numberedItems(int(kinds.size()));
+    for (qsizetype i = 0; i < kinds.size(); ++i) {
+        if (kinds[i] == 'v')
+            items[i].setMediaType(MediaType::video);
+        items[i].setAnimated(kinds[i] == 'a');
+    }
+    return items;
+}
+
+TEST(SlideshowViewModel, TheUpcomingStillIsTheNextItemWhenItIsAStill)
+{
+    const struct {
+        const char *name;
+        const char *kinds;
+        int steps; // advances after the start
+        int upcoming; // the item expected (1-based), 0 for none
+    } rows[] = {
+        {"the next still", "sss", 0, 2},
+        {"after an advance", "sss", 1, 3},
+        {"the last wraps to the first", "sss", 2, 1},
+        {"a video next: nothing to decode ahead", "svs", 0, 0},
+        {"an animation next: nothing", "sas", 0, 0},
+        {"from a video to a still", "svs", 1, 3},
+        {"one item has no other", "s", 0, 0},
+    };
+    for (const auto &row : rows) {
+        SlideshowRig rig;
+        auto model = rig.make(itemsOfKinds(row.kinds));
+        model->start();
+        int changes = 0;
+        QObject::connect(model.get(), &SlideshowViewModel::upcomingStillUrlChanged, [&changes] { ++changes; });
+        for (int step = 0; step < row.steps; ++step)
+            model->next();
+        const QUrl expected = row.upcoming ? numberedItems(3)[row.upcoming - 1].url() : QUrl();
+        EXPECT_EQ(model->upcomingStillUrl(), expected) << row.name;
+        EXPECT_GE(changes, row.steps) << row.name << ": every advance says so";
+    }
+}
+
+TEST(SlideshowViewModel, TheUpcomingStillFollowsNewItems)
+{
+    SlideshowRig rig;
+    auto model = rig.make(itemsOfKinds("s"));
+    model->start();
+    ASSERT_EQ(model->upcomingStillUrl(), QUrl());
+    int changes = 0;
+    QObject::connect(model.get(), &SlideshowViewModel::upcomingStillUrlChanged, [&changes] { ++changes; });
+    model->setImages(itemsOfKinds("ss"));
+    EXPECT_EQ(model->upcomingStillUrl(), numberedItems(2)[1].url());
+    EXPECT_GE(changes, 1);
+}
+
+} // namespace
