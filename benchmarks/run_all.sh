@@ -9,7 +9,7 @@
 # player against feh (about 8 minutes, plus about 8 the first time for its bundle),
 # WALL_BENCH=0 to leave out the collage walls under Xvfb (about 24 minutes; its own
 # variables, such as WALL_RUNS and WALL_MEMORY_SECONDS, pass through), SLIDESHOW_BENCH=0 to
-# leave out the slideshow application against feh and an empty window (about 12 minutes).
+# leave out the slideshow application against feh and an empty window (about 11 minutes).
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
