@@ -219,14 +219,6 @@ std::optional<ImageItem> SlideshowViewModel::currentItem() const
     return m_images.at(m_currentIndex);
 }
 
-QUrl SlideshowViewModel::upcomingStillUrl() const
-{
-    if (m_images.size() < 2 || m_currentIndex < 0 || m_currentIndex >= m_images.size())
-        return {};
-    const ImageItem &item = m_images.at((m_currentIndex + 1) % m_images.size());
-    return item.mediaType() == MediaType::image && !item.isAnimated() ? item.url() : QUrl();
-}
-
 QString SlideshowViewModel::currentImageRealFilename() const
 {
     const std::optional<ImageItem> item = currentItem();
@@ -453,7 +445,6 @@ void SlideshowViewModel::setCurrentIndex(int index)
 void SlideshowViewModel::announceCurrentIndex()
 {
     Q_EMIT currentIndexChanged();
-    Q_EMIT upcomingStillUrlChanged();
     Q_EMIT progressTextChanged();
     Q_EMIT currentImageRealFilenameChanged();
 }
@@ -518,7 +509,6 @@ void SlideshowViewModel::replaceImages(QList<ImageItem> ordered, const std::opti
     m_currentIndex = index;
     if (moved)
         Q_EMIT currentIndexChanged();
-    Q_EMIT upcomingStillUrlChanged();
     Q_EMIT progressTextChanged();
     const std::optional<ImageItem> now = currentItem();
     if (m_isActive && !now) {

@@ -46,10 +46,6 @@ class SlideshowViewModel : public QObject {
     Q_PROPERTY(bool isActive READ isActive NOTIFY isActiveChanged)
     Q_PROPERTY(bool isFullScreen READ isFullScreen WRITE setFullScreen NOTIFY isFullScreenChanged)
     Q_PROPERTY(int currentIndex READ currentIndex NOTIFY currentIndexChanged)
-    // The still after the current one in the window's order, so a view can decode it ahead;
-    // empty when that item is a video or an animation, or there is no other item. A guess when
-    // windows avoid showing the same item: another window may take it first.
-    Q_PROPERTY(QUrl upcomingStillUrl READ upcomingStillUrl NOTIFY upcomingStillUrlChanged)
     Q_PROPERTY(QUuid imageUpdateTrigger READ imageUpdateTrigger NOTIFY imageUpdateTriggerChanged)
     Q_PROPERTY(bool isPaused READ isPaused WRITE setPaused NOTIFY isPausedChanged)
     Q_PROPERTY(sorvane::DisplayMode displayMode READ displayMode NOTIFY displayModeChanged)
@@ -165,7 +161,6 @@ public:
 
     // Unpublished state the manager and tests read.
     std::optional<ImageItem> currentItem() const;
-    QUrl upcomingStillUrl() const;
     qint64 transitionGeneration() const;
     qint64 imagesViewedInSession() const;
     double baseZoomLevel() const;
@@ -256,7 +251,6 @@ Q_SIGNALS:
     void isActiveChanged();
     void isFullScreenChanged();
     void currentIndexChanged();
-    void upcomingStillUrlChanged();
     void imageUpdateTriggerChanged();
     void isPausedChanged();
     void displayModeChanged();

@@ -46,19 +46,6 @@ Item {
         muted: root.muted
     }
 
-    // Decodes the next still while this one is held, so a transition starts with both pictures
-    // ready instead of decoding and uploading the incoming one in its first frames. Same source
-    // and size as the layers ask for: the image cache hands them this one.
-    Image {
-        objectName: "upcomingStill"
-        visible: false
-        asynchronous: true
-        cache: true
-        sourceSize: Qt.size(Math.ceil(root.width * Screen.devicePixelRatio), Math.ceil(root.height * Screen.devicePixelRatio))
-        source: root.isCollage || !root.viewModel.upcomingStillUrl.toString().length ? ""
-            : SlideSource.imageUrl(root.viewModel.upcomingStillUrl, shared.scaling, shared.filter)
-    }
-
     SlideshowGestures {
         objectName: "gestures"
         anchors.fill: parent
