@@ -1,10 +1,10 @@
 // SorvanePlayer: plays the bundle it lives in, full screen on every display.
 #include "EngineLog.h"
-#include "app/LaunchClock.h"
 #include "app/PlayerAppDelegate.h"
 #include "core/PlayerLocation.h"
 #include "core/SingleInstanceLock.h"
 #include "platform/DbusScreenSaverInhibitor.h"
+#include "platform/LaunchClock.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>

@@ -5,6 +5,7 @@
 #include "core/SlideshowCommandLine.h"
 #include "core/SlideshowLog.h"
 #include "platform/DbusScreenSaverInhibitor.h"
+#include "platform/LaunchClock.h"
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
@@ -16,6 +17,8 @@ Q_IMPORT_QML_PLUGIN(Sorvane_ViewsPlugin)
 
 int main(int argc, char *argv[])
 {
+    // Marks the start for the launch figure when the system cannot say when the process began.
+    sorvane::LaunchClock::millisecondsSinceProcessStart();
     QGuiApplication::setApplicationName(QStringLiteral("SorvaneSlideshow"));
     QGuiApplication::setApplicationVersion(QStringLiteral(SORVANE_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.sorvane.SorvaneSlideshow"));

@@ -50,20 +50,7 @@ if [[ ! -f "$stamp" || "$(cat "$stamp")" != "$recipe" ]]; then
 fi
 echo "Bundle: $bundle ($(du -sh "$bundle" | cut -f1), $ITEMS items)"
 
-free_display player_vs_feh 140 179
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-player-bench.XXXXXX")
-xvfb_pid=""
-cleanup() {
-    if [[ -n "$xvfb_pid" ]]; then
-        kill "$xvfb_pid" 2>/dev/null || true
-        wait "$xvfb_pid" 2>/dev/null || true
-    fi
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-start_xvfb player_vs_feh "$work/xvfb.log" 1920x1080 1280x720
+xvfb_session player_vs_feh 140 179 1920x1080 1280x720
 echo "Display $display: screen 0 1920x1080, screen 1 1280x720 (Xvfb, Mesa llvmpipe GL)"
 
 # No desktop session: no D-Bus, no window manager, the player's state in throwaway folders.

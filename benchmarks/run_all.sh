@@ -8,7 +8,8 @@
 # TOTAL_MIB (passed to sha256_vs_openssl.sh), PLAYER_BENCH=0 to leave out the
 # player against feh (about 8 minutes, plus about 8 the first time for its bundle),
 # WALL_BENCH=0 to leave out the collage walls under Xvfb (about 24 minutes; its own
-# variables, such as WALL_RUNS and WALL_MEMORY_SECONDS, pass through).
+# variables, such as WALL_RUNS and WALL_MEMORY_SECONDS, pass through), SLIDESHOW_BENCH=0 to
+# leave out the slideshow application against feh and an empty window (about 11 minutes).
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -24,9 +25,11 @@ if [[ ! -f "$BUILD_DIR/build.ninja" ]]; then
 fi
 PLAYER_BENCH=${PLAYER_BENCH:-1}
 WALL_BENCH=${WALL_BENCH:-1}
+SLIDESHOW_BENCH=${SLIDESHOW_BENCH:-1}
 targets=(bench_open bench_make_photos bench_flow_frame bench_slideshow sorvane)
 [[ "$PLAYER_BENCH" == 0 ]] || targets+=(SorvanePlayer)
 [[ "$WALL_BENCH" == 0 ]] || targets+=(bench_wall)
+[[ "$SLIDESHOW_BENCH" == 0 ]] || targets+=(SorvaneSlideshow bench_empty_window)
 cmake --build "$BUILD_DIR" --target "${targets[@]}"
 
 logs=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-bench-logs.XXXXXX")
@@ -67,6 +70,14 @@ if [[ "$WALL_BENCH" != 0 ]]; then
     BUILD_DIR="$BUILD_DIR" "$here/wall_under_xvfb.sh" | tee "$logs/wall"
 fi
 
+if [[ "$SLIDESHOW_BENCH" != 0 ]]; then
+    echo
+    echo "== Slideshow against feh and an empty window (slideshow_bench.sh) =="
+    SLIDESHOW="$BUILD_DIR/bin/SorvaneSlideshow" EMPTY_WINDOW="$BUILD_DIR/bin/bench_empty_window" \
+        MAKE_PHOTOS="$BUILD_DIR/bin/bench_make_photos" CACHE="$BUILD_DIR/slideshow-bench" \
+        "$here/slideshow_bench.sh" | tee "$logs/slideshow-app"
+fi
+
 echo
 echo "== Summary =="
 echo "machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2- | sed 's/^ *//')"
@@ -83,4 +94,7 @@ fi
 if [[ "$WALL_BENCH" != 0 ]]; then
     sed -n '/^== Collage walls under Xvfb ==$/,/^ratio /p' "$logs/wall"
     grep -E '^memory: ' "$logs/wall" || true
+fi
+if [[ "$SLIDESHOW_BENCH" != 0 ]]; then
+    sed -n '/^== Slideshow ==$/,$p' "$logs/slideshow-app" | tail -n +2
 fi

@@ -56,20 +56,7 @@ if [[ ! -f "$photos/made" || "$(cat "$photos/made")" != "$recipe" ]]; then
     echo "$recipe" >"$photos/made"
 fi
 
-free_display wall_under_xvfb 260 279
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-wall-bench.XXXXXX")
-xvfb_pid=""
-cleanup() {
-    if [[ -n "$xvfb_pid" ]]; then
-        kill "$xvfb_pid" 2>/dev/null || true
-        wait "$xvfb_pid" 2>/dev/null || true
-    fi
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-start_xvfb wall_under_xvfb "$work/xvfb.log" 1920x1080
+xvfb_session wall_under_xvfb 260 279 1920x1080
 mkdir -m 700 "$work/xdg"
 echo "Display $display: 1920x1080 (Xvfb, Mesa llvmpipe GL); $(nproc) cores, load average $(cut -d' ' -f1-3 /proc/loadavg)"
 

@@ -26,3 +26,24 @@ start_xvfb() {
     for _ in $(seq 50); do xdpyinfo -display "$display" >/dev/null 2>&1 && break; sleep 0.1; done
     xdpyinfo -display "$display" >/dev/null 2>&1 || { echo "$who: Xvfb did not start" >&2; exit 1; }
 }
+
+# xvfb_session WHO FIRST LAST SIZE...: a free display in FIRST..LAST, a scratch folder in
+# `work`, Xvfb started there (log in $work/xvfb.log), and a trap that stops it and removes
+# the folder when the script exits.
+xvfb_session() {
+    local who=$1 first=$2 last=$3
+    shift 3
+    free_display "$who" "$first" "$last"
+    work=$(mktemp -d "${TMPDIR:-/tmp}/sorvane-$who.XXXXXX")
+    xvfb_pid=""
+    trap xvfb_session_end EXIT
+    start_xvfb "$who" "$work/xvfb.log" "$@"
+}
+
+xvfb_session_end() {
+    if [[ -n "$xvfb_pid" ]]; then
+        kill "$xvfb_pid" 2>/dev/null || true
+        wait "$xvfb_pid" 2>/dev/null || true
+    fi
+    rm -rf "$work"
+}

@@ -24,6 +24,16 @@ bool isBundle(const QString &folder)
     return QFileInfo(folder + QLatin1Char('/') + BundleFormat::manifestFileName).isFile();
 }
 
+// One entry of a folder being walked, with what its place in the order depends on.
+struct Entry {
+    QString name;
+    bool isDir;
+
+    // Files before folders, each by name, compared by code unit (not by locale); as a heap's
+    // ordering, so the top is the entry that comes first.
+    static bool comesAfter(const Entry &a, const Entry &b) { return a.isDir != b.isDir ? a.isDir : b.name < a.name; }
+};
+
 } // namespace
 
 MediaTreeWalk::MediaTreeWalk(bool includeVideos, Visit visit)
@@ -55,7 +65,7 @@ bool MediaTreeWalk::isOutside(const QString &canonical) const
     return !canonical.startsWith(prefix);
 }
 
-void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool picked)
+void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool picked, const QString &canonicalFolder)
 {
     if (m_stopped)
         return;
@@ -68,7 +78,12 @@ void MediaTreeWalk::addFile(const QFileInfo &info, const QString &root, bool pic
     if (!BundleSourceScanner::isSupported(info.fileName(), m_includeVideos, &isVideo))
         return;
     // A file listed twice, or reached twice through links, is one file.
-    const QString key = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
+    // A plain file listed in a folder whose real path is known is that path plus its name:
+    // resolving it again would read every link of the path once per file.
+    const QString key = !canonicalFolder.isEmpty() && !info.isSymLink() ? canonicalFolder
+            + (canonicalFolder.endsWith(QLatin1Char('/')) ? QString() : QStringLiteral("/")) + info.fileName()
+        : info.exists() ? info.canonicalFilePath()
+                        : info.absoluteFilePath();
     if (m_seenFiles.contains(key) || (!picked && isOutside(key)))
         return;
     m_seenFiles.insert(key);
@@ -91,31 +106,30 @@ void MediaTreeWalk::walkFolder(const QString &path, const QString &root)
         ++m_unreadableFolders;
         return;
     }
-    // Names only, not a QFileInfo per entry as QDir's listing keeps: a folder of a hundred
-    // thousand files would hold tens of megabytes of file details while it is walked.
-    struct Entry {
-        QString name;
-        bool isDir;
-    };
+    // Files by name, then folders by name. Taken from a heap one at a time rather than sorted
+    // first: the first file of a folder of 100,000 is found without ordering the other 99,999,
+    // and each entry's kind is read once instead of at every comparison. Names only, not a
+    // QFileInfo per entry: a folder that size would hold tens of megabytes of file details.
     std::vector<Entry> entries;
     QDirIterator listing(path, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot);
     while (listing.hasNext()) {
         const QFileInfo entry = listing.nextFileInfo();
         entries.push_back({entry.fileName(), entry.isDir()});
     }
-    // Files before folders, each in name order, as QDir sorts them.
-    std::sort(entries.begin(), entries.end(),
-        [](const Entry &a, const Entry &b) { return a.isDir != b.isDir ? b.isDir : a.name.compare(b.name) < 0; });
     const QDir folder(path);
-    for (const Entry &entry : entries) {
-        if (m_stopped)
-            return;
+    std::make_heap(entries.begin(), entries.end(), &Entry::comesAfter);
+    while (!entries.empty() && !m_stopped) {
+        std::pop_heap(entries.begin(), entries.end(), &Entry::comesAfter);
+        const Entry entry = std::move(entries.back());
+        entries.pop_back();
         const QString entryPath = folder.absoluteFilePath(entry.name);
         if (entry.isDir)
             walkFolder(entryPath, root);
         else
-            addFile(QFileInfo(entryPath), root, false);
+            addFile(QFileInfo(entryPath), root, false, canonical);
     }
+    if (m_stopped)
+        return;
     if (m_noteUnnamed)
         findUnnamedFiles(path);
 }

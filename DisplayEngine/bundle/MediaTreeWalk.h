@@ -39,7 +39,8 @@ public:
     QStringList takeUnnamed() { return std::move(m_unnamedIn); }
 
 private:
-    void addFile(const QFileInfo &info, const QString &root, bool picked);
+    // `canonicalFolder`: the real path of the folder the file was listed in, when known.
+    void addFile(const QFileInfo &info, const QString &root, bool picked, const QString &canonicalFolder = {});
     void walkFolder(const QString &path, const QString &root);
     void findUnnamedFiles(const QString &folder);
     bool isOutside(const QString &canonical) const;

@@ -6,9 +6,18 @@
 
 #include <QDir>
 
+#include <algorithm>
+#include <cerrno>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
 namespace sorvane {
 
 namespace {
+
+// How much lower than the show the rest of a scan runs.
+constexpr int kBackgroundNice = 10;
 
 ImageItem itemFor(const QFileInfo &file, bool isVideo, const QString &root, qint64 index)
 {
@@ -23,6 +32,16 @@ ImageItem itemFor(const QFileInfo &file, bool isVideo, const QString &root, qint
     const bool mayMove = suffix == QLatin1String("gif") || suffix == QLatin1String("webp");
     const AnimationType animation = mayMove ? AnimationHeader::typeOfFile(path) : AnimationType::none;
     return ImageItem(QUrl::fromLocalFile(path), relative, index, animation != AnimationType::none, animation);
+}
+
+// Lowers this thread's scheduling priority (Linux: a thread's nice value is its own).
+void yieldToTheShow()
+{
+    const auto self = static_cast<id_t>(gettid());
+    errno = 0;
+    const int nice = getpriority(PRIO_PROCESS, self);
+    if (errno == 0)
+        setpriority(PRIO_PROCESS, self, std::min(nice + kBackgroundNice, 19));
 }
 
 } // namespace
@@ -68,7 +87,12 @@ void MediaFolderScan::run(const Request &request)
     qsizetype batchSize = 1;
     qint64 index = 0;
 
-    const auto deliver = [this, cancelled](QList<ImageItem> items) {
+    bool delivered = false;
+    const auto deliver = [this, cancelled, &delivered](QList<ImageItem> items) {
+        // The rest of a large folder is background work: once the first item is out, the
+        // show that starts with it (decoding, drawing) goes first on a busy machine.
+        if (!std::exchange(delivered, true))
+            yieldToTheShow();
         QMetaObject::invokeMethod(
             this,
             [this, cancelled, items = std::move(items)] {

@@ -20,7 +20,8 @@ namespace sorvane {
 // GIF and WebP files are opened, for the few header bytes that say whether they move. Items
 // arrive in batches on the object's thread: the first as soon as one item is found, so a
 // slideshow can start before a huge folder is done, then batches that grow, so the receiver
-// is not flooded with signals.
+// is not flooded with signals. After the first batch the worker thread runs at a lower
+// priority, so the show it feeds comes first on a busy machine.
 class MediaFolderScan : public QObject {
     Q_OBJECT
 public:

@@ -1,7 +1,6 @@
 #include "app/PlayerAppDelegate.h"
 
 #include "EngineLog.h"
-#include "app/LaunchClock.h"
 #include "app/PlayerWindows.h"
 #include "bundle/BundleReader.h"
 #include "bundle/BundleWireValues.h"
@@ -11,6 +10,7 @@
 #include "core/PlayerEngine.h"
 #include "core/PlayerLocation.h"
 #include "media/BrandOverlay.h"
+#include "platform/LaunchClock.h"
 #include "slideshow/DisplaySleepInhibitor.h"
 #include "slideshow/PreferenceStore.h"
 #include "views/BrandLogoCache.h"

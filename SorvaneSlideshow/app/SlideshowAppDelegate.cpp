@@ -3,11 +3,14 @@
 #include "core/SlideshowLog.h"
 #include "platform/DesktopHostShell.h"
 #include "platform/GnomeAnimationSetting.h"
+#include "platform/LaunchClock.h"
 #include "slideshow/DisplaySleepInhibitor.h"
 #include "slideshow/InMemoryPreferences.h"
 #include "slideshow/SlideshowGlobalSettings.h"
 #include "slideshow/SlideshowManager.h"
 #include "slideshow/SlideshowViewModel.h"
+#include "views/DecodedMemory.h"
+#include "views/FrameIntervalLog.h"
 #include "views/SlideImageProviders.h"
 #include "views/TransitionFrameWatcher.h"
 
@@ -39,7 +42,8 @@ SlideshowAppDelegate::SlideshowAppDelegate(Options options, QObject *parent)
           },
           [this](const QUuid &window, const KeyBinding &pressed) {
               return m_bridge.trashQuestionTakes(window.toString(), pressed.key);
-          })
+          }),
+      m_firstPhoto(&LaunchClock::millisecondsSinceProcessStart)
 {
     // Qt 6.4 does not look for modules compiled into the program by itself.
     m_qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
@@ -64,6 +68,8 @@ SlideshowAppDelegate::SlideshowAppDelegate(Options options, QObject *parent)
     connect(&m_windows, &QuickSlideshowWindowFactory::screenArrived, this, &SlideshowAppDelegate::screenArrived);
     connect(&m_scan, &MediaFolderScan::batchFound, this, &SlideshowAppDelegate::batchFound);
     connect(&m_scan, &MediaFolderScan::finished, this, &SlideshowAppDelegate::scanFinished);
+    // Start-up is over: from here decoded pictures give their memory back when freed.
+    connect(&m_firstPhoto, &FirstPhotoTrace::shown, this, [] { DecodedMemory::returnLargeBuffersAtOnce(); });
 }
 
 SlideshowAppDelegate::~SlideshowAppDelegate()
@@ -167,6 +173,9 @@ void SlideshowAppDelegate::windowsOpened(const QList<QUuid> &ids)
         // Parented to the window: it goes when the window goes.
         if (transitionBudgetOn())
             new TransitionFrameWatcher(window->window(), viewModel, m_clock, window->window());
+        if (FrameIntervalLog::wanted())
+            new FrameIntervalLog(window->window(), viewModel, m_clock, window->window());
+        m_firstPhoto.watch(window->window());
         connect(viewModel, &SlideshowViewModel::showControlsChanged, this, [this, viewModel] {
             if (!viewModel->showControls())
                 m_pointer.setHidden(true);

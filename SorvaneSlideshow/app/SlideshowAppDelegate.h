@@ -10,6 +10,7 @@
 #include "slideshow/QtTimerScheduler.h"
 #include "slideshow/SlideshowSettings.h"
 #include "slideshow/SystemClock.h"
+#include "views/FirstPhotoTrace.h"
 #include "views/PointerVisibility.h"
 
 #include <QList>
@@ -79,6 +80,7 @@ private:
     QList<ImageItem> m_items;
     bool m_launched = false;
     PointerVisibility m_pointer;
+    FirstPhotoTrace m_firstPhoto;
 };
 
 } // namespace sorvane

@@ -1,4 +1,4 @@
-#include "app/LaunchClock.h"
+#include "platform/LaunchClock.h"
 
 #include <QElapsedTimer>
 #include <QFile>
