@@ -2,24 +2,13 @@
 
 #include "codecs/VipsDecodeSteps.h"
 #include "codecs/VipsRuntime.h"
+#include "media/ForeignStillFormat.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 namespace sorvane {
 
 namespace {
-
-// ISO boxes that open with "ftyp" (HEIF and AVIF brands), or either form of JPEG XL.
-bool hasSignature(const QString &path)
-{
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray head = file.read(16);
-    return head.mid(4, 4) == "ftyp" || head.startsWith(QByteArray("\xff\x0a"))
-        || head.startsWith(QByteArray("\0\0\0\x0cJXL ", 8));
-}
 
 bool isOwnLoader(VipsImage *header)
 {
@@ -63,7 +52,7 @@ VipsImageRef toRgba(VipsImage *srgb)
 
 bool VipsStillDecoder::handles(const QString &path)
 {
-    if (!hasSignature(path) || !VipsRuntime::ensureStarted())
+    if (!ForeignStillFormat::sniff(path) || !VipsRuntime::ensureStarted())
         return false;
     const VipsImageRef header = VipsDecodeSteps::openHeader(QFile::encodeName(path));
     return header && isOwnLoader(header.get());

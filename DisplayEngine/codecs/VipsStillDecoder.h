@@ -24,8 +24,8 @@ public:
     // Decoding a bigger picture would take more memory than one slide may: 201 MB as RGB.
     static constexpr qint64 kMaxSourcePixels = qint64(1) << 26;
 
-    // Whether the file is one of those formats, told by its first bytes and then by the
-    // loader libvips picks; a regular file only (a FIFO is never opened).
+    // Whether the file is one of those formats, told by its first bytes (ForeignStillFormat)
+    // and then by the loader libvips picks.
     static bool handles(const QString &path);
     // Shrunk on load (never enlarged) to the size `sizeFor` gives for the upright source size.
     static VipsStill decode(const QString &path, const std::function<QSize(QSize upright)> &sizeFor);

@@ -51,13 +51,28 @@ Item {
     }
 
     // Holds the next still decoded in the image cache (the layers ask for the same source
-    // and size) until its transition starts.
+    // and size) until its transition starts. Only once a slide has stayed a moment: skipping
+    // through photos would decode pictures that are never shown, and hold them besides.
+    property bool settled: false
+    Connections {
+        target: root.viewModel
+        function onCurrentIndexChanged() {
+            root.settled = false
+            settling.restart()
+        }
+    }
+    Timer {
+        id: settling
+        interval: 500
+        running: true
+        onTriggered: root.settled = true
+    }
     Image {
         visible: false
         asynchronous: true
         cache: true
         sourceSize: Qt.size(Math.ceil(root.width * Screen.devicePixelRatio), Math.ceil(root.height * Screen.devicePixelRatio))
-        source: !root.isCollage && shared.upcomingStill.toString().length > 0
+        source: root.settled && !root.isCollage && shared.upcomingStill.toString().length > 0
             ? SlideSource.imageUrl(shared.upcomingStill, shared.scaling, shared.filter) : ""
     }
 
