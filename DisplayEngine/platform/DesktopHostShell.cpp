@@ -52,9 +52,15 @@ const QString DesktopHostShell::reduceMotionKey = QStringLiteral("accessibility.
 
 DesktopHostShell::DesktopHostShell(
     const Preferences &preferences, ConfirmTrash confirm, const ReadAnimationsEnabled &readAnimations)
-    : m_preferences(preferences), m_confirm(std::move(confirm)),
-      m_animationsEnabled(readAnimations ? readAnimations() : std::nullopt), m_alive(std::make_shared<bool>(true))
+    : m_preferences(preferences), m_confirm(std::move(confirm)), m_alive(std::make_shared<bool>(true))
 {
+    if (!readAnimations)
+        return;
+    std::weak_ptr<bool> alive = m_alive;
+    readAnimations([this, alive](std::optional<bool> enabled) {
+        if (!alive.expired())
+            m_animationsEnabled = enabled;
+    });
 }
 
 DesktopHostShell::~DesktopHostShell() = default;

@@ -18,14 +18,17 @@ public:
     // `answer` once with the choice, now or later, on the main thread.
     using Answer = std::function<void(bool confirmed)>;
     using ConfirmTrash = std::function<void(const ImageItem &item, Answer answer)>;
-    // Reads the desktop's animation switch: true when animations are on, nothing when the
-    // desktop does not say (`GnomeAnimationSetting::read` on a GNOME-style desktop).
-    using ReadAnimationsEnabled = std::function<std::optional<bool>()>;
+    // Asks for the desktop's animation switch and calls back once, now or later, on the main
+    // thread: true when animations are on, nothing when the desktop does not say
+    // (`GnomeAnimationSetting::read` on a GNOME-style desktop).
+    using AnimationsAnswer = std::function<void(std::optional<bool> enabled)>;
+    using ReadAnimationsEnabled = std::function<void(AnimationsAnswer answer)>;
 
     // The preference key that stands in when the desktop does not say.
     static const QString reduceMotionKey;
 
-    // `preferences` must outlive the shell. The desktop's switch is read here, once.
+    // `preferences` must outlive the shell. The desktop's switch is asked here, once; until it
+    // answers the preference stands in.
     DesktopHostShell(const Preferences &preferences, ConfirmTrash confirm, const ReadAnimationsEnabled &readAnimations);
     ~DesktopHostShell() override;
 

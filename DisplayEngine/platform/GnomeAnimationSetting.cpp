@@ -2,25 +2,41 @@
 
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTimer>
+
+#include <memory>
+#include <utility>
 
 namespace sorvane {
 
-std::optional<bool> GnomeAnimationSetting::read()
+void GnomeAnimationSetting::read(std::function<void(std::optional<bool>)> answer)
 {
     const QString tool = QStandardPaths::findExecutable(QStringLiteral("gsettings"));
-    if (tool.isEmpty())
-        return std::nullopt;
-    QProcess process;
-    process.start(tool,
-        {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations")});
-    if (!process.waitForFinished(kTimeoutMs)) {
-        process.kill();
-        process.waitForFinished(kTimeoutMs);
-        return std::nullopt;
+    if (tool.isEmpty()) {
+        answer(std::nullopt);
+        return;
     }
-    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        return std::nullopt;
-    return parse(process.readAllStandardOutput());
+    auto *process = new QProcess;
+    auto once = std::make_shared<std::function<void(std::optional<bool>)>>(std::move(answer));
+    const auto finish = [process, once](std::optional<bool> value) {
+        if (!*once)
+            return;
+        const auto call = std::exchange(*once, {});
+        process->disconnect();
+        process->kill();
+        process->deleteLater();
+        call(value);
+    };
+    QObject::connect(process, &QProcess::finished, process, [process, finish](int code, QProcess::ExitStatus status) {
+        finish(status == QProcess::NormalExit && code == 0 ? parse(process->readAllStandardOutput()) : std::nullopt);
+    });
+    QObject::connect(process, &QProcess::errorOccurred, process, [finish](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            finish(std::nullopt);
+    });
+    QTimer::singleShot(kTimeoutMs, process, [finish] { finish(std::nullopt); });
+    process->start(tool,
+        {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations")});
 }
 
 std::optional<bool> GnomeAnimationSetting::parse(const QByteArray &output)

@@ -50,7 +50,7 @@ SlideshowAppDelegate::SlideshowAppDelegate(Options options, QObject *parent)
     SlideImageProviders::registerAll(m_qml);
     m_host = std::make_unique<DesktopHostShell>(
         m_stored, [this](const ImageItem &item, DesktopHostShell::Answer answer) { confirmTrash(item, answer); },
-        [] { return GnomeAnimationSetting::read(); });
+        &GnomeAnimationSetting::read);
     m_settings = SlideshowSettings::load(m_stored);
     m_options.run.applyTo(m_settings);
 

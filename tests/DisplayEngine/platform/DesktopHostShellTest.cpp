@@ -146,10 +146,14 @@ TEST(DesktopHostShell, ReducedMotionComesFromTheDesktopElseThePreference)
         if (row.preference)
             preferences.setValue(DesktopHostShell::reduceMotionKey, *row.preference);
         int reads = 0;
-        DesktopHostShell shell(preferences, {}, [&] {
+        DesktopHostShell::AnimationsAnswer answer;
+        DesktopHostShell shell(preferences, {}, [&](DesktopHostShell::AnimationsAnswer later) {
             ++reads;
-            return row.animationsEnabled;
+            answer = std::move(later);
         });
+        // Until the desktop answers, the preference speaks.
+        EXPECT_EQ(shell.prefersReducedMotion(), row.preference.value_or(false));
+        answer(row.animationsEnabled);
         EXPECT_EQ(shell.prefersReducedMotion(), row.reduced);
         EXPECT_EQ(shell.prefersReducedMotion(), row.reduced);
         EXPECT_EQ(reads, 1) << "the desktop is asked once";
